@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+// Every absolute path of the driver. A development build (PDE_DEV_ROOT) puts a root folder in front of each:
+// the environment variable PDE_ROOT if set, else root/ in the build folder. An installed build reads no
+// variable. None of the calls touches the disk, but for the password database.
+
+/// "/Library/Printers/QUORVEX/Preferences/vendor.quorvex.printers.R4270"
+std::string preferencesFolder();
+
+/// The current list file, and its previous copy, of the user with the real user id of this process. Cut at
+/// 254 bytes. Empty when that user has no password entry.
+std::string currentListPath();
+std::string previousListPath();
+
+/// Login name of the real user id, from the password database; empty when there is none.
+std::string loginName();
+
+std::string helperExecutable();
+/// The folder offered when a profile is registered by hand.
+std::string profileFolder();
+/// The icon of a profile that was found on the printer.
+std::string fileExistsIcon();
+std::string downloadManagerApplication();

@@ -1,0 +1,110 @@
+#pragma once
+
+// Core Foundation on top of GNUstep Foundation: every object is the Foundation object of the same kind, so
+// that the two are interchangeable, as on macOS. Only what the plug-in calls is here. The functions take and
+// give what Apple documents; like there, a null argument is the caller's fault unless said otherwise.
+
+#include <cstdint>
+
+typedef unsigned char Boolean;
+typedef unsigned char UInt8;
+typedef int16_t SInt16;
+typedef uint16_t UInt16;
+typedef int32_t SInt32;
+typedef uint32_t UInt32;
+typedef int32_t OSStatus;
+typedef uint16_t UniChar;
+typedef long CFIndex;
+typedef unsigned long CFTypeID;
+typedef unsigned long CFOptionFlags;
+typedef UInt32 CFStringEncoding;
+typedef double CFTimeInterval;
+typedef long CFNumberType;
+
+typedef const void* CFTypeRef;
+typedef const struct __CFAllocator* CFAllocatorRef;
+typedef const struct __CFString* CFStringRef;
+typedef struct __CFString* CFMutableStringRef;
+typedef const struct __CFArray* CFArrayRef;
+typedef struct __CFArray* CFMutableArrayRef;
+typedef const struct __CFDictionary* CFDictionaryRef;
+typedef struct __CFDictionary* CFMutableDictionaryRef;
+typedef const struct __CFNumber* CFNumberRef;
+typedef const struct __CFData* CFDataRef;
+typedef const struct __CFURL* CFURLRef;
+
+/// Retain and release are the only callbacks that the collections know.
+typedef struct {
+    CFIndex version;
+} CFArrayCallBacks, CFDictionaryKeyCallBacks, CFDictionaryValueCallBacks;
+
+typedef struct {
+    CFIndex location;
+    CFIndex length;
+} CFRange;
+
+typedef struct {
+    CFIndex domain;
+    SInt32 error;
+} CFStreamError;
+
+enum : CFStringEncoding {
+    kCFStringEncodingMacRoman = 0,
+    kCFStringEncodingWindowsLatin1 = 0x0500,
+    kCFStringEncodingISOLatin1 = 0x0201,
+    kCFStringEncodingASCII = 0x0600,
+    kCFStringEncodingDOSJapanese = 0x0420,
+    kCFStringEncodingShiftJIS = 0x0A01,
+    kCFStringEncodingUTF8 = 0x08000100,
+};
+
+enum : CFNumberType { kCFNumberSInt32Type = 3 };
+enum : CFIndex { kCFCompareEqualTo = 0 };
+
+extern "C" {
+
+extern const CFAllocatorRef kCFAllocatorDefault;
+extern const CFArrayCallBacks kCFTypeArrayCallBacks;
+extern const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks;
+extern const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
+
+CFTypeRef CFRetain(CFTypeRef object);
+void CFRelease(CFTypeRef object);
+CFTypeID CFGetTypeID(CFTypeRef object);
+CFTypeID CFStringGetTypeID(void);
+CFTypeID CFDictionaryGetTypeID(void);
+CFTypeID CFArrayGetTypeID(void);
+CFTypeID CFNumberGetTypeID(void);
+
+CFMutableArrayRef CFArrayCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
+                                       const CFArrayCallBacks* callBacks);
+void CFArrayAppendValue(CFMutableArrayRef array, const void* value);
+CFIndex CFArrayGetCount(CFArrayRef array);
+const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
+
+CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
+                                                 const CFDictionaryKeyCallBacks* keyCallBacks,
+                                                 const CFDictionaryValueCallBacks* valueCallBacks);
+/// The copy is mutable and shallow.
+CFMutableDictionaryRef CFDictionaryCreateMutableCopy(CFAllocatorRef allocator, CFIndex capacity,
+                                                     CFDictionaryRef dictionary);
+CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
+Boolean CFDictionaryContainsKey(CFDictionaryRef dictionary, const void* key);
+const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
+void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value);
+/// Fills the arrays, which have room for all entries; either may be null.
+void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys, const void** values);
+
+/// Null when the bytes are not valid in the encoding.
+CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text, CFStringEncoding encoding);
+CFStringRef CFStringCreateCopy(CFAllocatorRef allocator, CFStringRef string);
+Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStringEncoding encoding);
+/// Only without options.
+CFIndex CFStringCompare(CFStringRef a, CFStringRef b, CFOptionFlags options);
+
+Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
+
+} // extern "C"
+
+/// A constant string.
+#define CFSTR(literal) ((CFStringRef)(const void*)@literal)

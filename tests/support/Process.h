@@ -1,0 +1,65 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+/// What a finished child process left behind.
+struct ProcessResult {
+    int status = -1;       ///< exit status; 128 + signal when a signal ended it; -1 when it did not start
+    bool timedOut = false; ///< it was killed because its time was up
+    std::string out;
+    std::string err;
+};
+
+struct ProcessOptions {
+    std::string input;                    ///< fed to standard input, which is then closed
+    std::vector<std::string> environment; ///< "NAME=value" entries, added to this process's own
+    bool cleanEnvironment = false;        ///< only `environment`, nothing of this process's own
+    std::chrono::milliseconds timeout{30000};
+    uid_t uid = static_cast<uid_t>(-1); ///< run as this user (and his only group `gid`); needs root
+    gid_t gid = static_cast<gid_t>(-1);
+};
+
+/// Runs `arguments` (the first is the program, searched in PATH) to its end.
+ProcessResult runProcess(const std::vector<std::string>& arguments, const ProcessOptions& options = {});
+
+/// A child that runs beside the test (a server). It is terminated, then killed, when the object goes.
+class BackgroundProcess {
+public:
+    /// Standard output and error go to `log`.
+    BackgroundProcess(const std::vector<std::string>& arguments, const std::string& log,
+                      const std::vector<std::string>& environment = {});
+    ~BackgroundProcess();
+    BackgroundProcess(const BackgroundProcess&) = delete;
+    BackgroundProcess& operator=(const BackgroundProcess&) = delete;
+
+    pid_t pid() const { return pid_; }
+    bool running() const;
+    /// Sends SIGTERM, waits up to five seconds, then SIGKILL.
+    void stop();
+
+private:
+    mutable pid_t pid_;
+};
+
+/// Polls `condition` every 10 ms until it is true (then true) or the time is up (then false).
+template <typename Condition>
+bool waitUntil(Condition condition, std::chrono::milliseconds timeout = std::chrono::seconds(10));
+
+void sleepMilliseconds(int milliseconds);
+
+/// A UDP or TCP port of 127.0.0.1 that was free a moment ago.
+int freePort();
+
+template <typename Condition> bool waitUntil(Condition condition, std::chrono::milliseconds timeout)
+{
+    auto end = std::chrono::steady_clock::now() + timeout;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= end)
+            return false;
+        sleepMilliseconds(10);
+    }
+    return true;
+}
