@@ -1,0 +1,306 @@
+#include <PrintingObjects.h>
+
+#include <cerrno>
+#include <cstring>
+#include <cups/cups.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr off_t kLargestSettingsFile = 4 * 1024 * 1024;
+constexpr int kConnectMilliseconds = 1000;
+
+id failed(NSString** error, NSString* reason)
+{
+    if (error != nullptr)
+        *error = reason;
+    return nil;
+}
+
+NSString* text(NSString* format, ...) NS_FORMAT_FUNCTION(1, 2);
+NSString* text(NSString* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    NSString* result = [[[NSString alloc] initWithFormat:format arguments:arguments] autorelease];
+    va_end(arguments);
+    return result;
+}
+
+PMSettingsObject* settingsOf(PMPrintSettings handle)
+{
+    return (PMSettingsObject*)(void*)handle;
+}
+
+} // namespace
+
+@interface PMSettingsObject ()
+- (id)valueForSetting:(NSString*)key;
+- (BOOL)setValue:(id)value forSetting:(NSString*)key locked:(BOOL)locked;
+@end
+
+@implementation PMSettingsObject
+
+- (instancetype)init
+{
+    self = [super init];
+    values_ = [[NSMutableDictionary alloc] init];
+    lockedKeys_ = [[NSMutableSet alloc] init];
+    return self;
+}
+
+- (void)dealloc
+{
+    [values_ release];
+    [lockedKeys_ release];
+    [super dealloc];
+}
+
++ (NSDictionary*)valuesOfFile:(NSString*)path error:(NSString**)error
+{
+    struct stat info;
+    const char* file = [path fileSystemRepresentation];
+    if (stat(file, &info) != 0)
+        return failed(error, text(@"%@: %s", path, strerror(errno)));
+    if (!S_ISREG(info.st_mode) || info.st_size > kLargestSettingsFile)
+        return failed(error, text(@"%@: not a file of print settings", path));
+    NSData* data = [NSData dataWithContentsOfFile:path];
+    if (data == nil)
+        return failed(error, text(@"%@: cannot be read", path));
+    // Only the XML form: the reader takes other bytes for older forms, some of which it cannot bear.
+    if ([data length] == 0 || *static_cast<const char*>([data bytes]) != '<')
+        return failed(error, text(@"%@: not an XML property list", path));
+    NSDictionary* values = [NSPropertyListSerialization propertyListWithData:data
+                                                                     options:NSPropertyListImmutable
+                                                                      format:nullptr
+                                                                       error:nullptr];
+    if (![values isKindOfClass:[NSDictionary class]])
+        return failed(error, text(@"%@: does not hold a dictionary", path));
+    return values;
+}
+
+- (BOOL)writeToFile:(NSString*)path
+{
+    NSData* data = [NSPropertyListSerialization dataWithPropertyList:values_
+                                                              format:NSPropertyListXMLFormat_v1_0
+                                                             options:0
+                                                               error:nullptr];
+    return data != nil && [data writeToFile:path atomically:YES];
+}
+
+- (NSDictionary*)values
+{
+    return [NSDictionary dictionaryWithDictionary:values_];
+}
+
+- (void)replaceValues:(NSDictionary*)values
+{
+    [values_ setDictionary:values];
+    [lockedKeys_ removeAllObjects];
+}
+
+- (PMPrintSettings)handle
+{
+    return (PMPrintSettings)(void*)self;
+}
+
+- (id)valueForSetting:(NSString*)key
+{
+    return [values_ objectForKey:key];
+}
+
+- (BOOL)setValue:(id)value forSetting:(NSString*)key locked:(BOOL)locked
+{
+    if ([lockedKeys_ containsObject:key])
+        return NO;
+    if (value == nil)
+        [values_ removeObjectForKey:key];
+    else
+        [values_ setObject:value forKey:key];
+    if (locked)
+        [lockedKeys_ addObject:key];
+    return YES;
+}
+
+@end
+
+@implementation PMPrinterObject
+
+- (instancetype)initWithIdentifier:(NSString*)identifier
+                         deviceURI:(NSString*)uri
+                              file:(NSString*)ppdPath
+                             error:(NSString**)error
+{
+    self = [super init];
+    identifier_ = [identifier copy];
+    deviceURI_ = [uri copy];
+    ppdFile_ = ppdOpenFile([ppdPath fileSystemRepresentation]);
+    if (ppdFile_ == nullptr) {
+        int line = 0;
+        ppd_status_t status = ppdLastError(&line);
+        NSString* reason = [NSString stringWithUTF8String:ppdErrorString(status)];
+        [self release];
+        return failed(error, text(@"%@, line %d: %@", ppdPath, line, reason));
+    }
+    ppdMarkDefaults(ppdFile_);
+    return self;
+}
+
+- (instancetype)initWithQueue:(NSString*)queue error:(NSString**)error
+{
+    http_t* server = httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
+                                  kConnectMilliseconds, nullptr);
+    if (server == nullptr) {
+        [self release];
+        return failed(error, text(@"The printing system (%s) does not answer", cupsServer()));
+    }
+    NSString* uri = nil;
+    char ppdPath[1024] = "";
+    cups_dest_t* destination = cupsGetNamedDest(server, [queue UTF8String], nullptr);
+    if (destination != nullptr) {
+        const char* value = cupsGetOption("device-uri", destination->num_options, destination->options);
+        uri = value != nullptr ? [NSString stringWithUTF8String:value] : nil;
+        time_t anyVersion = 0;
+        cupsGetPPD3(server, [queue UTF8String], &anyVersion, ppdPath, sizeof ppdPath);
+        cupsFreeDests(1, destination);
+    }
+    NSString* serverReason = [NSString stringWithUTF8String:cupsLastErrorString() ?: ""];
+    httpClose(server);
+    if (ppdPath[0] == '\0') {
+        [self release];
+        return failed(error, destination == nullptr
+                                 ? text(@"There is no queue named %@", queue)
+                                 : text(@"The queue %@ has no PPD: %@", queue, serverReason));
+    }
+    self = [self initWithIdentifier:queue
+                          deviceURI:uri
+                               file:[NSString stringWithUTF8String:ppdPath]
+                              error:error];
+    unlink(ppdPath);
+    return self;
+}
+
+- (void)dealloc
+{
+    [identifier_ release];
+    [deviceURI_ release];
+    if (ppdFile_ != nullptr)
+        ppdClose(ppdFile_);
+    [super dealloc];
+}
+
+- (NSString*)identifier
+{
+    return identifier_;
+}
+
+- (NSString*)deviceURI
+{
+    return deviceURI_;
+}
+
+- (ppd_file_t*)ppdFile
+{
+    return ppdFile_;
+}
+
+- (PMPrinter)handle
+{
+    return (PMPrinter)(void*)self;
+}
+
+@end
+
+@implementation PMSessionObject
+
+- (instancetype)initWithPrinter:(PMPrinterObject*)printer
+{
+    self = [super init];
+    printer_ = [printer retain];
+    data_ = [[NSMutableDictionary alloc] init];
+    return self;
+}
+
+- (void)dealloc
+{
+    [printer_ release];
+    [data_ release];
+    [super dealloc];
+}
+
+- (void)setData:(id)value forKey:(NSString*)key
+{
+    if (value == nil)
+        [data_ removeObjectForKey:key];
+    else
+        [data_ setObject:value forKey:key];
+}
+
+- (id)dataForKey:(NSString*)key
+{
+    return [data_ objectForKey:key];
+}
+
+- (PMPrinterObject*)printer
+{
+    return printer_;
+}
+
+- (PMPrintSession)handle
+{
+    return (PMPrintSession)(void*)self;
+}
+
+@end
+
+OSStatus PMPrintSettingsGetValue(PMPrintSettings settings, CFStringRef key, CFTypeRef* value)
+{
+    if (settings == nullptr || key == nullptr || value == nullptr)
+        return kPMInvalidParameter;
+    *value = [settingsOf(settings) valueForSetting:(NSString*)key];
+    return *value != nullptr ? kPMNoError : kPMKeyNotFound;
+}
+
+OSStatus PMPrintSettingsSetValue(PMPrintSettings settings, CFStringRef key, CFTypeRef value, Boolean locked)
+{
+    if (settings == nullptr || key == nullptr)
+        return kPMInvalidParameter;
+    BOOL set = [settingsOf(settings) setValue:(id)value forSetting:(NSString*)key locked:locked];
+    return set ? kPMNoError : kPMGeneralError;
+}
+
+OSStatus PMSessionGetCurrentPrinter(PMPrintSession session, PMPrinter* printer)
+{
+    if (session == nullptr || printer == nullptr)
+        return kPMInvalidParameter;
+    *printer = [[(PMSessionObject*)(void*)session printer] handle];
+    return *printer != nullptr ? kPMNoError : kPMNoDefaultPrinter;
+}
+
+OSStatus PMSessionGetDataFromSession(PMPrintSession session, CFStringRef key, CFTypeRef* data)
+{
+    if (session == nullptr || key == nullptr || data == nullptr)
+        return kPMInvalidParameter;
+    *data = [[(PMSessionObject*)(void*)session dataForKey:(NSString*)key] retain];
+    return *data != nullptr ? kPMNoError : kPMKeyNotFound;
+}
+
+CFStringRef PMPrinterGetID(PMPrinter printer)
+{
+    return (CFStringRef)[(PMPrinterObject*)(void*)printer identifier];
+}
+
+OSStatus PMPrinterCopyDeviceURI(PMPrinter printer, CFURLRef* uri)
+{
+    if (printer == nullptr || uri == nullptr)
+        return kPMInvalidParameter;
+    *uri = nullptr;
+    NSString* address = [(PMPrinterObject*)(void*)printer deviceURI];
+    // What has no scheme would become a relative URL, which is no device's.
+    NSURL* url = address != nil ? [NSURL URLWithString:address] : nil;
+    if ([[url scheme] length] == 0)
+        return kPMGeneralError;
+    *uri = (CFURLRef)[url retain];
+    return kPMNoError;
+}
