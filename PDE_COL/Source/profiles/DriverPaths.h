@@ -10,9 +10,12 @@
 std::string preferencesFolder();
 
 /// The current list file, and its previous copy, of the user with the real user id of this process. Cut at
-/// 254 bytes. Empty when that user has no password entry.
+/// 254 bytes, the development root not counted. Empty when that user has no password entry.
 std::string currentListPath();
 std::string previousListPath();
+/// The same for the user with this login name.
+std::string currentListPath(const std::string& login);
+std::string previousListPath(const std::string& login);
 
 /// Login name of the real user id, from the password database; empty when there is none.
 std::string loginName();

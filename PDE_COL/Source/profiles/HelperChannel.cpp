@@ -1,0 +1,210 @@
+#include "profiles/HelperChannel.h"
+
+#include "profiles/DriverPaths.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utf8.h>
+
+namespace {
+
+constexpr size_t kLongestReply = 1 << 20;
+constexpr int kFirstFree = STDERR_FILENO + 1;
+
+/// Both ends closed on exec and above the standard descriptors, which a host may have closed.
+bool openPipe(int (&ends)[2])
+{
+    int raw[2];
+#ifdef __APPLE__
+    if (pipe(raw) != 0)
+        return false;
+#else
+    if (pipe2(raw, O_CLOEXEC) != 0)
+        return false;
+#endif
+    for (int i = 0; i < 2; ++i) {
+        ends[i] = fcntl(raw[i], F_DUPFD_CLOEXEC, kFirstFree);
+        close(raw[i]);
+    }
+    if (ends[0] >= 0 && ends[1] >= 0)
+        return true;
+    for (int end : ends)
+        if (end >= 0)
+            close(end);
+    return false;
+}
+
+/// What the helper gets of our environment: nothing. A development build also runs elsewhere, with a
+/// printer that is not on the standard port.
+std::vector<std::string> helperEnvironment()
+{
+    std::vector<std::string> environment;
+#ifdef PDE_DEV_ROOT
+    for (const char* name : {"PDE_ROOT", "SNMPCONFPATH", "MIBS"}) {
+        if (const char* value = getenv(name))
+            environment.push_back(std::string(name) + "=" + value);
+    }
+#endif
+    return environment;
+}
+
+std::vector<char*> pointers(std::vector<std::string>& strings)
+{
+    std::vector<char*> result;
+    for (std::string& string : strings)
+        result.push_back(string.data());
+    result.push_back(nullptr);
+    return result;
+}
+
+/// Only the standard descriptors pass, with `output` as standard output; every signal as a fresh process
+/// has it.
+struct SpawnSettings {
+    posix_spawn_file_actions_t files;
+    posix_spawnattr_t attributes;
+    bool valid;
+
+    explicit SpawnSettings(int output)
+    {
+        posix_spawn_file_actions_init(&files);
+        posix_spawnattr_init(&attributes);
+        sigset_t none, all;
+        sigemptyset(&none);
+        sigfillset(&all);
+        short flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+        bool hasError = fcntl(STDERR_FILENO, F_GETFD) >= 0;
+        valid = posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0) == 0 &&
+                posix_spawn_file_actions_adddup2(&files, output, STDOUT_FILENO) == 0 &&
+                (hasError ||
+                 posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0) == 0);
+#ifdef __APPLE__
+        flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+        valid = valid && (!hasError || posix_spawn_file_actions_addinherit_np(&files, STDERR_FILENO) == 0);
+#else
+        valid = valid && posix_spawn_file_actions_addclosefrom_np(&files, kFirstFree) == 0;
+#endif
+        valid = valid && posix_spawnattr_setsigmask(&attributes, &none) == 0 &&
+                posix_spawnattr_setsigdefault(&attributes, &all) == 0 &&
+                posix_spawnattr_setflags(&attributes, flags) == 0;
+    }
+    ~SpawnSettings()
+    {
+        posix_spawn_file_actions_destroy(&files);
+        posix_spawnattr_destroy(&attributes);
+    }
+    SpawnSettings(const SpawnSettings&) = delete;
+    SpawnSettings& operator=(const SpawnSettings&) = delete;
+};
+
+pid_t startHelper(const std::string& program, const std::vector<std::string>& arguments, int output)
+{
+    std::vector<std::string> all = arguments;
+    all.insert(all.begin(), program);
+    std::vector<std::string> environment = helperEnvironment();
+    SpawnSettings settings(output);
+    pid_t child = -1;
+    if (!settings.valid || posix_spawn(&child, program.c_str(), &settings.files, &settings.attributes,
+                                       pointers(all).data(), pointers(environment).data()) != 0)
+        return -1;
+    return child;
+}
+
+/// Reads to the end of file, also past the longest reply, so that the helper is never stuck. False when the
+/// reply is too long or reading failed.
+bool drain(int input, std::string& reply)
+{
+    char buffer[4096];
+    bool fits = true;
+    for (;;) {
+        ssize_t n = read(input, buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return fits && n == 0;
+        fits = fits && reply.size() + static_cast<size_t>(n) <= kLongestReply;
+        if (fits)
+            reply.append(buffer, static_cast<size_t>(n));
+    }
+}
+
+} // namespace
+
+std::optional<std::string> helperReply(const std::vector<std::string>& arguments)
+{
+    std::string program = helperExecutable();
+    int ends[2];
+    if (access(program.c_str(), F_OK) != 0 || !openPipe(ends))
+        return std::nullopt;
+    pid_t child = startHelper(program, arguments, ends[1]);
+    close(ends[1]);
+    std::string reply;
+    bool whole = child > 0 && drain(ends[0], reply);
+    close(ends[0]);
+    // In a host that ignores SIGCHLD there is nobody to wait for: that fails once the helper has exited.
+    while (child > 0 && waitpid(child, nullptr, 0) < 0 && errno == EINTR)
+        continue;
+    if (!whole || !utf8::is_valid(reply.begin(), reply.end()))
+        return std::nullopt;
+    return reply;
+}
+
+bool helperConfirms(const std::vector<std::string>& arguments)
+{
+    std::optional<std::string> reply = helperReply(arguments);
+    return reply && reply->find(arguments.front() + "=TRUE") != std::string::npos;
+}
+
+std::string fileUrl(const std::string& path)
+{
+    static const char kPlain[] = "/-._~!$&'()*+,=:@";
+    static const char kDigits[] = "0123456789ABCDEF";
+    std::string url = "file://";
+    for (unsigned char c : path) {
+        bool letterOrDigit = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+        if (letterOrDigit || (c != '\0' && strchr(kPlain, c) != nullptr))
+            url += static_cast<char>(c);
+        else
+            url.append({'%', kDigits[c >> 4], kDigits[c & 15]});
+    }
+    return url;
+}
+
+std::vector<std::string_view> listFilePieces(std::string_view text)
+{
+    std::vector<std::string_view> pieces;
+    if (!utf8::is_valid(text.begin(), text.end()))
+        return pieces;
+    size_t begin = 0, units = 0;
+    for (size_t i = 0; i < text.size(); ++i) {
+        unsigned char byte = text[i];
+        if ((byte & 0xC0) == 0x80)
+            continue;
+        // Only the characters of four bytes are surrogate pairs.
+        size_t more = byte >= 0xF0 ? 2 : 1;
+        if (units + more > kLongestPiece) {
+            pieces.push_back(text.substr(begin, i - begin));
+            begin = i;
+            units = 0;
+        }
+        units += more;
+    }
+    if (begin < text.size())
+        pieces.push_back(text.substr(begin));
+    return pieces;
+}
+
+int32_t sendListFile(std::string_view text)
+{
+    std::string url = fileUrl(currentListPath());
+    for (std::string_view piece : listFilePieces(text)) {
+        if (!helperConfirms({"writeDataToPlistFile_XPC", url, std::string(piece)}))
+            return -1;
+    }
+    return helperConfirms({"writeDataToPlistFileRename_XPC", url}) ? 0 : -1;
+}
