@@ -1,6 +1,8 @@
 # Flags of our own code only: imported targets bring theirs as SYSTEM includes.
 add_library(pde_settings INTERFACE)
 target_compile_options(pde_settings INTERFACE -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Werror
+    # The toolkit and the dialog dictate the parameters of actions and protocol methods.
+    $<$<COMPILE_LANGUAGE:OBJCXX>:-Wno-unused-parameter>
     # The PPD calls of libcups are deprecated as a whole and have no successor for drivers.
     -Wno-deprecated-declarations)
 target_include_directories(pde_settings INTERFACE ${CMAKE_SOURCE_DIR}/PDE_COL/Source)

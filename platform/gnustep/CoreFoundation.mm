@@ -156,9 +156,31 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStr
                                 encoding:foundationEncoding(encoding)];
 }
 
+CFStringEncoding CFStringGetSystemEncoding(void)
+{
+    return kCFStringEncodingUTF8;
+}
+
+CFDataRef CFStringCreateExternalRepresentation(CFAllocatorRef, CFStringRef string, CFStringEncoding encoding,
+                                               UInt8)
+{
+    return (CFDataRef)[[(NSString*)string dataUsingEncoding:foundationEncoding(encoding)
+                                       allowLossyConversion:YES] retain];
+}
+
 CFIndex CFStringCompare(CFStringRef a, CFStringRef b, CFOptionFlags)
 {
     return [(NSString*)a compare:(NSString*)b options:NSLiteralSearch];
+}
+
+const UInt8* CFDataGetBytePtr(CFDataRef data)
+{
+    return static_cast<const UInt8*>([(NSData*)data bytes]);
+}
+
+CFIndex CFDataGetLength(CFDataRef data)
+{
+    return (CFIndex)[(NSData*)data length];
 }
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value)

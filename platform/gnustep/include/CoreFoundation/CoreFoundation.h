@@ -99,8 +99,15 @@ void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys,
 CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text, CFStringEncoding encoding);
 CFStringRef CFStringCreateCopy(CFAllocatorRef allocator, CFStringRef string);
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStringEncoding encoding);
+CFStringEncoding CFStringGetSystemEncoding(void);
+/// The string's bytes in the encoding. What the encoding lacks becomes `lossByte`, which is '?'.
+CFDataRef CFStringCreateExternalRepresentation(CFAllocatorRef allocator, CFStringRef string,
+                                               CFStringEncoding encoding, UInt8 lossByte);
 /// Only without options.
 CFIndex CFStringCompare(CFStringRef a, CFStringRef b, CFOptionFlags options);
+
+const UInt8* CFDataGetBytePtr(CFDataRef data);
+CFIndex CFDataGetLength(CFDataRef data);
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
 
