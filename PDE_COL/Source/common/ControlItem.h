@@ -1,7 +1,7 @@
 #pragma once
 
-#import <Cocoa/Cocoa.h>
 #import <ApplicationServices/ApplicationServices.h>
+#import <Cocoa/Cocoa.h>
 
 /// Kind of a control. 1033 and 1038 are not used.
 enum : SInt32 {
@@ -27,12 +27,12 @@ enum : SInt16 {
 struct PDEControlItem {
     id control; ///< not owned; null only in the last record
     SInt32 kind;
-    const char* ppdKey;        ///< option keyword; "" for a row without a PPD option
-    const char* title;         ///< localisation key, or null
-    const char* summaryName;   ///< localisation key of the summary row; null keeps the row out
-    const char* identifier;    ///< name that the preset rules use; unique unless ""
-    SInt16 profileClass;
-    CFMutableArrayRef choices; ///< owned by the view's table; null when the PPD lacks the option
+    const char* ppdKey;      ///< option keyword; "" for a row without a PPD option
+    const char* title;       ///< localisation key, or null
+    const char* summaryName; ///< localisation key of the summary row; null keeps the row out
+    const char* identifier;  ///< name that the preset rules use; unique unless ""
+    SInt16 profileClass = kNoProfiles;
+    CFMutableArrayRef choices = nullptr; ///< owned by the view's table; null when the PPD lacks the option
 };
 
 /// Elements of an entry of PDEControlItem::choices, an array of five strings.

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "common/ControlItem.h"
+#include "common/PDECommon.h"
+
+/// Between a table's controls and the print settings. Choices are kept per queue, in a dictionary of the
+/// model's dictionary ("R4270"), and each is copied to the top level, where the printing system finds it.
+@interface PDECommon (Ticket)
+
+/// The dictionary of the session's queue, made when absent, or null: without a queue identifier, and where
+/// the settings hold something else in its place. Borrowed from the settings, and mutable.
++ (CFMutableDictionaryRef)commonGetModelDictionary:(PMPrintSettings)settings session:(PMPrintSession)session;
+
+/// The identifier of the session's printer, or nil.
++ (NSString*)commonGetPrintQueueName:(PMPrintSession)session;
+
+/// The dictionary under `key`, or null: for a null or absent key, an empty dictionary, another type.
++ (CFDictionaryRef)commonCFDictionaryGetValueWithType:(CFTypeRef)dictionary key:(CFStringRef)key;
+
++ (BOOL)commonCFTypeIsValid:(CFTypeRef)object type:(CFTypeID)type;
+
+/// Copies every entry with a string key to the top level of the settings. -108 when memory is short.
++ (int)commonCFDictionaryMapToTicket:(PMPrintSettings)settings copyDict:(CFDictionaryRef)dictionary;
+
+/// The control value for a stored one. A pop-up: its index, or -1 when it is no choice. A check box: 1 for
+/// "True", "TRUE" and "true".
++ (int)commonGetTicketValueWithSInt32:(const PDEControlItem*)item
+                               option:(CFStringRef)option
+                               choice:(CFTypeRef)choice;
+
+/// A number of the session's data as a handle, which is 0 on failure: the session's error, or -30889 for
+/// data that is no number. Part of the interface, with no caller.
++ (int)commonGetTicket:(PMPrintSession)session kind:(CFStringRef)key ticket:(SInt32*)handle;
+
+/// Controls to print settings, and back. 0 also when there is no queue dictionary: then nothing happens.
++ (int)commonSyncTicketFromPane:(PMPrintSettings)settings
+                        session:(PMPrintSession)session
+                          table:(PDEControlItem*)table;
++ (int)commonSyncPaneFromTicket:(PMPrintSettings)settings
+                        session:(PMPrintSession)session
+                          table:(PDEControlItem*)table;
+
+@end

@@ -1,0 +1,4 @@
+#include "common/PDECommon.h"
+
+@implementation PDECommon
+@end
