@@ -1,7 +1,7 @@
 #pragma once
 
-#import <Cocoa/Cocoa.h>
 #import <ApplicationServices/ApplicationServices.h>
+#import <Cocoa/Cocoa.h>
 #include <cups/ppd.h>
 
 // What a print dialog and the plug-in say to each other. All messages come on the main thread.

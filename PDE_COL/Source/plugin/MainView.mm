@@ -1,0 +1,4 @@
+#include "plugin/MainView.h"
+
+@implementation MainView
+@end
