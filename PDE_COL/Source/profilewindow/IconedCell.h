@@ -1,0 +1,9 @@
+#pragma once
+
+#import <Cocoa/Cocoa.h>
+
+#import "plugin/ClassNames.h"
+
+/// A table cell that shows its image as a small icon and no text.
+@interface IconedCell : NSCell
+@end
