@@ -4,6 +4,7 @@
 #include "common/PDECommon+ControlTable.h"
 #include "common/PDECommon+PPD.h"
 #include "common/StatusCodes.h"
+#include "profiles/PDECommon+Profiles.h"
 
 #include <cstdlib>
 
@@ -57,6 +58,22 @@ static void storeChoice(const PDEControlItem& row, CFIndex index, CFMutableDicti
     CFTypeRef keyword = CFArrayGetValueAtIndex(entry, kChoiceKeyword);
     if (option != nullptr && keyword != nullptr)
         CFDictionarySetValue(choices, option, keyword);
+}
+
+static bool storesProfile(const PDEControlItem& row, CFDictionaryRef choices)
+{
+    CFTypeRef flag = [PDECommon commonGetTicketAddedProfileFlag:&row dict:choices];
+    return flag != nullptr && [(id)flag isEqual:@"True"];
+}
+
+// The index of the stored profile's item: profiles stand behind the PPD's choices. One that is no longer
+// listed gives the PPD's default.
+static int storedProfile(const PDEControlItem& row, CFDictionaryRef choices)
+{
+    SInt16 position = [PDECommon commonGetTicketAddedProfile:&row dict:choices];
+    if (position > 0)
+        return (int)choiceCount(row) + position - 1;
+    return [PDECommon commonGetDefualtValueFromPPDWithSInt32:&row];
 }
 
 // The control value that the settings hold for a row. `carried` is the value of the row before.
@@ -188,8 +205,15 @@ static int storedValue(const PDEControlItem& row, CFDictionaryRef choices, int c
         if (!hasOption(row))
             continue;
         int value = [self commonGetControlValueFromPPDWithSInt32:&row];
-        if (value < (SInt16)choiceCount(row))
+        auto count = (SInt16)choiceCount(row);
+        CFStringRef flag = CFSTR("False");
+        if (value < count) {
             storeChoice(row, value, choices);
+        } else {
+            (void)[self commonSetTicketAddedProfile:&row dict:choices select:(SInt16)(value - count + 1)];
+            flag = CFSTR("True");
+        }
+        (void)[self commonSetTicketAddedProfileFlag:&row dict:choices flag:flag];
     }
     return [self commonCFDictionaryMapToTicket:settings copyDict:choices];
 }
@@ -205,7 +229,8 @@ static int storedValue(const PDEControlItem& row, CFDictionaryRef choices, int c
     for (SInt16 i = 0; hasRow(table, i); ++i) {
         if (!hasOption(table[i]))
             continue;
-        carried = storedValue(table[i], choices, carried);
+        carried = storesProfile(table[i], choices) ? storedProfile(table[i], choices)
+                                                   : storedValue(table[i], choices, carried);
         if (carried != -1)
             [self commonSetControlValueWithSInt32:&table[i] value:carried];
     }

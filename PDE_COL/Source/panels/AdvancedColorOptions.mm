@@ -5,6 +5,8 @@
 #include "common/PDECommon+Summary.h"
 #include "common/PDECommon+Ticket.h"
 #include "profiles/DriverPaths.h"
+#include "profiles/PDECommon+Profiles.h"
+#include "profiles/ProfileListOperations.h"
 
 #include <cstdio>
 
@@ -109,6 +111,7 @@
     ctrlTable = createControlTable(rows, count, ppd);
     ctrlCount = ctrlTable != nullptr ? count : 0;
     [tab_SwitchVew selectTabViewItemAtIndex:0];
+    [button_ManageProfile setEnabled:VelPListIsAdminProfile() != 0];
 }
 
 - (void)deallocPDEControlTable
@@ -140,6 +143,7 @@
 - (void)createPDEItemForPPDKey
 {
     [PDECommon commonBuildPDEItem:ctrlTable ppdfile:ppd];
+    (void)[PDECommon commonAddMenuFromProfilePlist:ctrlTable];
 }
 
 - (void)getSummaryText:(NSMutableDictionary*)dict addArray:(NSMutableArray*)array

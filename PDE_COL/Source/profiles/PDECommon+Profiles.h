@@ -1,0 +1,32 @@
+#pragma once
+
+#include "common/ControlItem.h"
+#include "common/PDECommon.h"
+
+/// Profiles behind the PPD's choices: as items of the profile pop-ups, and in a queue's dictionary of the
+/// print settings under "<key>CustomFilename" (the coded path on the printer) and "<key>Custom" ("True" when
+/// a profile is chosen). Positions count the listed profiles of the row's list from 1. The list file is
+/// read on each call.
+@interface PDECommon (Profiles)
+
+/// Appends an item for each listed profile to the profile pop-ups of the table. -1 when the lists cannot be
+/// read, -50 when the table holds a row of another kind: every real table does.
++ (int)commonAddMenuFromProfilePlist:(const PDEControlItem*)table;
+
+/// Position of the stored profile; 0 when it is not listed, -1 for a row without profiles or no dictionary.
++ (SInt16)commonGetTicketAddedProfile:(const PDEControlItem*)item dict:(CFDictionaryRef)dictionary;
+
+/// Stores the profile at a position; a position that no profile has stores an empty path. 0, or -1 as above.
++ (int)commonSetTicketAddedProfile:(const PDEControlItem*)item
+                              dict:(CFMutableDictionaryRef)dictionary
+                            select:(SInt16)position;
+
+/// The stored flag as it is, borrowed; null when absent and for a row without profiles.
++ (CFTypeRef)commonGetTicketAddedProfileFlag:(const PDEControlItem*)item dict:(CFDictionaryRef)dictionary;
+
+/// Stores the flag on rows with profiles. Always 0.
++ (int)commonSetTicketAddedProfileFlag:(const PDEControlItem*)item
+                                  dict:(CFMutableDictionaryRef)dictionary
+                                  flag:(CFStringRef)flag;
+
+@end

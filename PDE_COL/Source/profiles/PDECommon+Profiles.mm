@@ -1,0 +1,222 @@
+#include "profiles/PDECommon+Profiles.h"
+
+#include "common/ControlTable.h"
+#include "common/StatusCodes.h"
+#include "profiles/ProfileListOperations.h"
+#include "profiles/ProfileName.h"
+#include "profiles/ProfilePath.h"
+
+#include <algorithm>
+#include <memory>
+#include <new>
+
+// The list behind a pop-up's profile kind, or -1.
+static int32_t listOfKind(SInt16 kind)
+{
+    switch (kind) {
+    case kRgbSourceProfiles:
+        return kRgbList;
+    case kDestinationProfiles:
+        return kDstList;
+    case kSimulationProfiles:
+        return kSimList;
+    default:
+        return -1;
+    }
+}
+
+// The row's list, as far as it can be read; null when memory is short.
+static std::unique_ptr<ProfileList> readListOf(int32_t index)
+{
+    std::unique_ptr<ProfileList> list(new (std::nothrow) ProfileList());
+    if (list != nullptr)
+        (void)VelPListReadProfile_Dict(list.get(), index);
+    return list;
+}
+
+// Whether a record counts as a position. A menu leaves out less: only codes 1, 2 and 5.
+static bool isListed(const ProfileRecord& record)
+{
+    return record.InMenu == kGoneListed || record.InMenu == kFoundListed || record.InMenu == kByHandListed;
+}
+
+static bool isHidden(const ProfileRecord& record)
+{
+    return record.InMenu == kGoneHidden || record.InMenu == kFoundHidden || record.InMenu == kByHandHidden;
+}
+
+static NSString* entryKey(const PDEControlItem* item, const char* suffix)
+{
+    return [NSString stringWithFormat:@"%s%s", item->ppdKey, suffix];
+}
+
+static NSString* nameString(const char (&field)[kProfileNameSize])
+{
+    NSString* name = [NSString stringWithUTF8String:storableName(field).value_or("").c_str()];
+    return name != nil ? name : @"";
+}
+
+// The word behind a title, nil when it cannot be had.
+static NSString* locationWord(int32_t location)
+{
+    NSBundle* bundle = [NSBundle bundleForClass:[PDECommon class]];
+    switch (location) {
+    case kOnDisk:
+        return [bundle localizedStringForKey:@"Disk" value:nil table:nil];
+    case kOnCard:
+        return [bundle localizedStringForKey:@"Card" value:nil table:nil];
+    default:
+        return @"";
+    }
+}
+
+// Titles of the profiles in a menu, in list order. False when one had to be left out.
+static bool menuTitles(const ProfileList& list, NSMutableArray* titles)
+{
+    bool complete = true;
+    for (int32_t i = 0; i < std::min<int32_t>(list.iNum, kProfileSlots); ++i) {
+        const ProfileRecord& record = list.records[i];
+        if (isHidden(record))
+            continue;
+        NSString* word = locationWord(record.Location);
+        if (word == nil) {
+            complete = false;
+            continue;
+        }
+        [titles addObject:[NSString stringWithFormat:@"%@(%@)%@", nameString(record.FileName),
+                                                     nameString(record.ProfileName), word]];
+    }
+    return complete;
+}
+
+// Appends items as addItemWithTitle: does, one title after the other: an item whose title comes again makes
+// way for the later one. Toolkits search the menu for every title that they add, which takes a third of a
+// second for 500; here the menu is prepared as a whole and then handed over.
+static void appendItems(NSPopUpButton* popup, NSArray* titles)
+{
+    if ([titles count] == 0 || [popup menu] == nil)
+        return;
+    NSMutableSet* taken = [NSMutableSet set];
+    NSMutableArray* appended = [NSMutableArray array];
+    for (NSString* title in [titles reverseObjectEnumerator]) {
+        if ([taken containsObject:title])
+            continue;
+        [taken addObject:title];
+        [appended addObject:title];
+    }
+    id selected = [[(id)[popup selectedItem] retain] autorelease];
+    NSMenu* earlier = [[[popup menu] retain] autorelease];
+    NSMenu* menu = [[NSMenu alloc] initWithTitle:[earlier title]];
+    for (NSMenuItem* item in [NSArray arrayWithArray:[earlier itemArray]]) {
+        [earlier removeItem:item];
+        if (![taken containsObject:[item title]])
+            [menu addItem:item];
+    }
+    for (NSString* title in [appended reverseObjectEnumerator])
+        [menu addItemWithTitle:title action:nullptr keyEquivalent:@""];
+    [popup setMenu:menu];
+    [menu release];
+    NSInteger index = selected != nil ? [popup indexOfItem:selected] : -1;
+    [popup selectItemAtIndex:std::max<NSInteger>(index, 0)];
+}
+
+@implementation PDECommon (Profiles)
+
++ (int)commonAddMenuFromProfilePlist:(const PDEControlItem*)table
+{
+    std::unique_ptr<ProfileList[]> lists(new (std::nothrow) ProfileList[kProfileListCount]());
+    if (lists == nullptr)
+        return kStatusNoMemory;
+    int status = VelPListReadProfile_All(&lists[kRgbList], &lists[kSimList], &lists[kDstList]);
+    if (status != 0)
+        return status;
+    NSMutableArray* titles[kProfileListCount] = {};
+    bool complete[kProfileListCount] = {};
+    for (SInt16 i = 0; hasRow(table, i); ++i) {
+        int32_t list = listOfKind(table[i].profileClass);
+        // Never set back: a table with other rows reports them, and nobody minds.
+        if (list < 0) {
+            status = kStatusBadParameter;
+            continue;
+        }
+        if (titles[list] == nil) {
+            titles[list] = [NSMutableArray array];
+            complete[list] = menuTitles(lists[list], titles[list]);
+        }
+        if (!complete[list])
+            status = kStatusBadParameter;
+        appendItems(table[i].control, titles[list]);
+    }
+    return status;
+}
+
++ (SInt16)commonGetTicketAddedProfile:(const PDEControlItem*)item dict:(CFDictionaryRef)dictionary
+{
+    int32_t index = listOfKind(item->profileClass);
+    if (dictionary == nullptr || index < 0)
+        return -1;
+    auto list = readListOf(index);
+    if (list == nullptr)
+        return -1;
+    id stored = [(NSDictionary*)dictionary objectForKey:entryKey(item, "CustomFilename")];
+    const char* coded = [stored isKindOfClass:[NSString class]] ? [stored UTF8String] : nullptr;
+    auto path = coded != nullptr ? decodePrinterPath(coded) : std::nullopt;
+    if (!path)
+        return 0;
+    SInt16 position = 0;
+    for (int32_t i = 0; i < std::min<int32_t>(list->iNum, kProfileSlots); ++i) {
+        const ProfileRecord& record = list->records[i];
+        if (!isListed(record))
+            continue;
+        ++position;
+        // A profile at no known place takes up its position and is never the one.
+        if (!printerFolder(record.Location).empty() && printerPath(record) == *path)
+            return position;
+    }
+    return 0;
+}
+
++ (int)commonSetTicketAddedProfile:(const PDEControlItem*)item
+                              dict:(CFMutableDictionaryRef)dictionary
+                            select:(SInt16)position
+{
+    int32_t index = listOfKind(item->profileClass);
+    if (dictionary == nullptr || index < 0)
+        return -1;
+    auto list = readListOf(index);
+    if (list == nullptr)
+        return -1;
+    std::string path;
+    SInt16 listed = 0;
+    for (int32_t i = 0; i < std::min<int32_t>(list->iNum, kProfileSlots); ++i) {
+        if (isListed(list->records[i]) && ++listed == position)
+            path = printerPath(list->records[i]);
+    }
+    NSMutableDictionary* entries = (NSMutableDictionary*)dictionary;
+    // The option itself holds its first choice while a profile is chosen.
+    if (item->choices != nullptr && CFArrayGetCount(item->choices) > 0)
+        [entries setObject:[[(NSArray*)item->choices objectAtIndex:0] objectAtIndex:kChoiceKeyword]
+                    forKey:entryKey(item, "")];
+    [entries setObject:[NSString stringWithUTF8String:encodePrinterPath(path).c_str()]
+                forKey:entryKey(item, "CustomFilename")];
+    (void)[self commonSetTicketAddedProfileFlag:item dict:dictionary flag:CFSTR("True")];
+    return 0;
+}
+
++ (CFTypeRef)commonGetTicketAddedProfileFlag:(const PDEControlItem*)item dict:(CFDictionaryRef)dictionary
+{
+    if (listOfKind(item->profileClass) < 0)
+        return nullptr;
+    return [(NSDictionary*)dictionary objectForKey:entryKey(item, "Custom")];
+}
+
++ (int)commonSetTicketAddedProfileFlag:(const PDEControlItem*)item
+                                  dict:(CFMutableDictionaryRef)dictionary
+                                  flag:(CFStringRef)flag
+{
+    if (listOfKind(item->profileClass) >= 0)
+        [(NSMutableDictionary*)dictionary setObject:(NSString*)flag forKey:entryKey(item, "Custom")];
+    return 0;
+}
+
+@end
