@@ -101,5 +101,12 @@ int exchangeInTime(netsnmp_session* session, netsnmp_pdu* request, netsnmp_pdu**
     }
     session->timeout = std::min(usualTimeout, left);
     session->retries = static_cast<int>(std::min<long>(usualRetries, left / session->timeout - 1));
-    return snmp_synch_response(session, request, response);
+    // net-snmp reports every packet that it cannot read: a printer must not fill the user's log. Without any
+    // log it would turn to standard error after all.
+    [[maybe_unused]] static netsnmp_log_handler* silent =
+        netsnmp_register_loghandler(NETSNMP_LOGHANDLER_NONE, LOG_DEBUG);
+    snmp_disable_stderrlog();
+    int status = snmp_synch_response(session, request, response);
+    snmp_enable_stderrlog();
+    return status;
 }
