@@ -1,0 +1,189 @@
+#include "ListFolder.h"
+
+#include "Process.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace {
+
+#ifdef PDE_DEV_ROOT
+// Above it are the developer's own folders, of which nothing is asked.
+constexpr std::string_view kFirstCheckedFolder = "/Library/Printers/";
+constexpr mode_t kForbiddenFolderBits = S_IWOTH;
+#else
+constexpr mode_t kForbiddenFolderBits = S_IWGRP | S_IWOTH;
+#endif
+
+constexpr timespec kLockPause = {0, 2'000'000};
+constexpr int kLockTries = 2000;
+
+bool isTrustedOwner(uid_t owner)
+{
+    return owner == privilegedUser() || owner == 0;
+}
+
+Descriptor openFolderAt(int above, const char* name)
+{
+    Descriptor folder(openat(above, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    struct stat found = {};
+    if (!folder || fstat(folder.get(), &found) != 0 || !isTrustedOwner(found.st_uid) ||
+        (found.st_mode & kForbiddenFolderBits) != 0)
+        return {};
+    return folder;
+}
+
+bool isOwnFile(const struct stat& found)
+{
+    return S_ISREG(found.st_mode) && found.st_nlink == 1 && isTrustedOwner(found.st_uid);
+}
+
+template <typename Call>
+auto untilNotInterrupted(Call call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+} // namespace
+
+Outcome ListFolder::open(const Account& account)
+{
+    std::string_view left = account.folder;
+#ifdef PDE_DEV_ROOT
+    size_t checked = left.rfind(kFirstCheckedFolder);
+    if (checked == std::string_view::npos)
+        return Outcome::kUnsafeFolder;
+    std::string start = std::string(left.substr(0, checked)) + "/";
+    folder_ = Descriptor(::open(start.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    left.remove_prefix(checked);
+#else
+    folder_ = openFolderAt(AT_FDCWD, "/");
+#endif
+    while (folder_ && !left.empty()) {
+        left.remove_prefix(1);
+        std::string name(left.substr(0, left.find('/')));
+        left.remove_prefix(name.size());
+        folder_ = openFolderAt(folder_.get(), name.c_str());
+    }
+    return folder_ ? Outcome::kDone : Outcome::kUnsafeFolder;
+}
+
+Outcome ListFolder::lock()
+{
+    lock_ = openLockFile(*this, ".R4270-lock-" + std::to_string(getuid()));
+    if (!lock_)
+        return Outcome::kUnsafeFile;
+    for (int i = 0; i < kLockTries; ++i) {
+        if (flock(lock_.get(), LOCK_EX | LOCK_NB) == 0)
+            return Outcome::kDone;
+        if (errno != EWOULDBLOCK && errno != EINTR)
+            return Outcome::kFileError;
+        nanosleep(&kLockPause, nullptr);
+    }
+    return Outcome::kBusy;
+}
+
+NameState stateOf(const ListFolder& folder, const std::string& name)
+{
+    struct stat found = {};
+    if (fstatat(folder.descriptor(), name.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0)
+        return errno == ENOENT ? NameState::kAbsent : NameState::kSomethingElse;
+    return isOwnFile(found) ? NameState::kOwnFile : NameState::kSomethingElse;
+}
+
+Descriptor openOwnFile(const ListFolder& folder, const std::string& name, int flags)
+{
+    Descriptor file(
+        openat(folder.descriptor(), name.c_str(), flags | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat found = {};
+    if (!file || fstat(file.get(), &found) != 0 || !isOwnFile(found))
+        return {};
+    return file;
+}
+
+Descriptor makeOwnFile(const ListFolder& folder, const std::string& name)
+{
+    if (!removeOwnFile(folder, name))
+        return {};
+    Descriptor file(openat(folder.descriptor(), name.c_str(),
+                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    // A new file has the caller's group, which is nobody's business here.
+    if (!file || (privilegedUser() == 0 && fchown(file.get(), 0, 0) != 0))
+        return {};
+    return file;
+}
+
+Descriptor openLockFile(const ListFolder& folder, const std::string& name)
+{
+    Descriptor file(openat(folder.descriptor(), name.c_str(),
+                           O_RDONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600));
+    struct stat found = {};
+    if (!file || fstat(file.get(), &found) != 0 || !isOwnFile(found))
+        return {};
+    return file;
+}
+
+bool removeOwnFile(const ListFolder& folder, const std::string& name)
+{
+    switch (stateOf(folder, name)) {
+    case NameState::kAbsent:
+        return true;
+    case NameState::kOwnFile:
+        return unlinkat(folder.descriptor(), name.c_str(), 0) == 0;
+    case NameState::kSomethingElse:
+        break;
+    }
+    return false;
+}
+
+bool writeAll(const Descriptor& file, std::string_view text)
+{
+    while (!text.empty()) {
+        ssize_t written = untilNotInterrupted([&] { return write(file.get(), text.data(), text.size()); });
+        if (written <= 0)
+            return false;
+        text.remove_prefix(static_cast<size_t>(written));
+    }
+    return true;
+}
+
+Outcome readAll(const Descriptor& file, std::string& text)
+{
+    struct stat found = {};
+    if (fstat(file.get(), &found) != 0)
+        return Outcome::kFileError;
+    if (static_cast<uintmax_t>(found.st_size) > kLargestList)
+        return Outcome::kTooLarge;
+    text.resize(static_cast<size_t>(found.st_size));
+    size_t done = 0;
+    while (done < text.size()) {
+        ssize_t count = untilNotInterrupted([&] {
+            return pread(file.get(), text.data() + done, text.size() - done, static_cast<off_t>(done));
+        });
+        if (count <= 0)
+            return Outcome::kFileError;
+        done += static_cast<size_t>(count);
+    }
+    return Outcome::kDone;
+}
+
+Outcome publish(const ListFolder& folder, const Descriptor& file, const std::string& from,
+                const std::string& to)
+{
+    if (stateOf(folder, to) == NameState::kSomethingElse)
+        return Outcome::kUnsafeFile;
+    if (fchmod(file.get(), 0644) != 0 || untilNotInterrupted([&] { return fsync(file.get()); }) != 0 ||
+        renameat(folder.descriptor(), from.c_str(), folder.descriptor(), to.c_str()) != 0)
+        return Outcome::kFileError;
+    // The new file stands; that only a power loss could still undo it is worth a word, not a failure.
+    if (untilNotInterrupted([&] { return fsync(folder.descriptor()); }) != 0)
+        fputs("R4270Helper: the preferences folder could not be flushed to disk\n", stderr);
+    return Outcome::kDone;
+}

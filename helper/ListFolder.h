@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Account.h"
+#include "Descriptor.h"
+#include "Outcome.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// The preferences folder and the files in it. All calls are made inside a RootScope. A name is always one of
+// the helper's own, relative to the open folder.
+
+/// Larger than any profile list; nothing longer is read or written.
+inline constexpr size_t kLargestList = 4 << 20;
+
+/// The preferences folder, reached from the root folder by descriptor without following a link, so that
+/// nothing on the way can be changed under the helper.
+class ListFolder {
+public:
+    /// kUnsafeFolder when a folder on the way is missing, is a link, belongs to another than the privileged
+    /// user, or may be written by others. In a development build that holds from /Library/Printers below
+    /// the development root, and the folders may be the caller's and writable for his group.
+    Outcome open(const Account& account);
+
+    /// Waits until no other command of the calling user is at work, for a few seconds at most, then kBusy.
+    /// The kernel frees the lock when the process ends, however it ends.
+    Outcome lock();
+
+    int descriptor() const { return folder_.get(); }
+
+private:
+    Descriptor folder_;
+    Descriptor lock_;
+};
+
+/// What stands at a name of the folder. kOwnFile: a regular file of the privileged user, with one name.
+enum class NameState { kAbsent, kOwnFile, kSomethingElse };
+NameState stateOf(const ListFolder& folder, const std::string& name);
+
+/// Opens an own file without ever waiting for it; none when the name is absent or something else.
+Descriptor openOwnFile(const ListFolder& folder, const std::string& name, int flags);
+
+/// Makes an own file that nobody else can read, in place of an own file of that name.
+Descriptor makeOwnFile(const ListFolder& folder, const std::string& name);
+
+/// Opens the lock file of that name, which is made when it is absent.
+Descriptor openLockFile(const ListFolder& folder, const std::string& name);
+
+/// Removes an own file; true when it is gone.
+bool removeOwnFile(const ListFolder& folder, const std::string& name);
+
+bool writeAll(const Descriptor& file, std::string_view text);
+
+/// kTooLarge past kLargestList, kFileError when reading fails.
+Outcome readAll(const Descriptor& file, std::string& text);
+
+/// Makes the complete file `from`, open as `file`, durable and readable for everybody, then puts it in the
+/// place of `to` in one step. kDone exactly when it stands there.
+Outcome publish(const ListFolder& folder, const Descriptor& file, const std::string& from,
+                const std::string& to);

@@ -1,0 +1,320 @@
+#include "Account.h"
+#include "Arguments.h"
+#include "Commands.h"
+#include "helper/HelperTest.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+Strings walkArguments(const std::string& host)
+{
+    Strings all;
+    for (int i = 0; i < kWalkParameters; ++i)
+        all.push_back(i == kWalkLogin ? "anna" : i == kWalkHost ? host : kWalkArguments[i]);
+    return all;
+}
+
+bool isAccepted(const Strings& walk)
+{
+    std::vector<const char*> parameters;
+    for (const std::string& each : walk)
+        parameters.push_back(each.c_str());
+    return areWalkParameters(parameters.data(), "anna");
+}
+
+} // namespace
+
+TEST(HelperArguments, TakesOnlyTheFileUrlOfExactlyThePath)
+{
+    std::string path = "/a b/x-y.plist";
+    for (const char* url : {"file:///a%20b/x-y.plist", "file:///%61%20b/x%2Dy%2eplist"})
+        EXPECT_TRUE(isFileUrlOf(url, path)) << url;
+    for (const char* url : {"",
+                            "file://",
+                            "file:///",
+                            "/a b/x-y.plist",
+                            "file:/a%20b/x-y.plist",
+                            "file:////a%20b/x-y.plist",
+                            "FILE:///a%20b/x-y.plist",
+                            "file://localhost/a%20b/x-y.plist",
+                            "file://host/a%20b/x-y.plist",
+                            "file://a%20b/x-y.plist",
+                            "http:///a%20b/x-y.plist",
+                            "file:///a b/x-y.plist",
+                            "file:///a%2520b/x-y.plist",
+                            "file:///a%20b%2Fx-y.plist",
+                            "file:///a%20b%2fx-y.plist",
+                            "file:///a%20b/x-y.plist%00",
+                            "file:///a%20b/x-y.plist?q",
+                            "file:///a%20b/x-y.plist#f",
+                            "file:///a%20b/x-y.plist%",
+                            "file:///a%20b/x-y.plist%4",
+                            "file:///a%20b/x-y.plist%GG",
+                            "file:///a%20b/x-y.plist/",
+                            "file:///a%20b//x-y.plist",
+                            "file:///a%20b/./x-y.plist",
+                            "file:///a%20b/%2e%2e/a%20b/x-y.plist",
+                            "file:///a%20b/x-y.plist\n",
+                            " file:///a%20b/x-y.plist",
+                            "file:///a+b/x-y.plist",
+                            "file:///a%20b/X-y.plist",
+                            "file:///a%20b/x-y.plis"})
+        EXPECT_FALSE(isFileUrlOf(url, path)) << url;
+    EXPECT_FALSE(isFileUrlOf("file://", ""));
+}
+
+TEST(HelperArguments, TakesOnlyADecimalNumberAsItIsPrinted)
+{
+    EXPECT_EQ(decimalNumber("2"), 2);
+    EXPECT_EQ(decimalNumber("-5"), -5);
+    for (const char* text : {"", " 2", "2 ", "+2", "02", "2.0", "0x2", "2a", "99999999999", "-", "-0"})
+        EXPECT_FALSE(decimalNumber(text)) << text;
+}
+
+TEST(HelperArguments, TakesOnlyTheFixedWalkOfTheCallersOwn)
+{
+    for (const char* host : {"127.0.0.1", "printer-1.example.com", "a"})
+        EXPECT_TRUE(isAccepted(walkArguments(host))) << host;
+    for (const std::string host :
+         {"",       "-Lf",   "-",   "--help", "-d",  "unix:/tmp/x", "tcp:1.2.3.4", "1.2.3.4:161", "host name",
+          "host\n", "$(id)", "a/b", "../x",   "a_b", "[::1]",       "::1",         "h\xC3\xB6st", "a%b",
+          "a,b",    "@"})
+        EXPECT_FALSE(isAccepted(walkArguments(host))) << host;
+    EXPECT_TRUE(isAccepted(walkArguments(std::string(253, 'a'))));
+    EXPECT_FALSE(isAccepted(walkArguments(std::string(254, 'a'))));
+    for (size_t i = 0; i < size_t(kWalkParameters); ++i)
+        for (const char* other :
+             {"", "-Lf/tmp/x", "-Dall", "-Y", "-M/tmp", "-Op", "-T", "-OS", "bert", "2c", "x"}) {
+            Strings walk = walkArguments("127.0.0.1");
+            walk[i] = i == size_t(kWalkHost) ? "-" : other;
+            EXPECT_FALSE(isAccepted(walk)) << i << ' ' << other;
+        }
+}
+
+TEST(HelperArguments, NamesFilesOnlyAfterHarmlessLogins)
+{
+    for (const char* login : {"a", "anna", "Anna-2", "DOMAIN\\anna", "j\xC3\xBCrg", "a.b"})
+        EXPECT_TRUE(mayNameFiles(login)) << login;
+    for (const std::string login : {"", "/", "a/b", "../b", "..", ".", ".a", "-a", "a\nb", "a\x7F", "\x01"})
+        EXPECT_FALSE(mayNameFiles(login)) << login;
+    EXPECT_TRUE(mayNameFiles(std::string(128, 'n')));
+    EXPECT_FALSE(mayNameFiles(std::string(129, 'n')));
+}
+
+TEST_F(HelperTest, AnUnknownCommandIsSaidToBeUnknown)
+{
+    for (const Strings& arguments :
+         {Strings{}, Strings{""}, Strings{"velPListIsAdminProfile"},
+          Strings{"VelPListIsAdminProfile_XPC", current}, Strings{"velPListIsAdminProfile_XPC ", current},
+          Strings{"%s%n"}, Strings{"--help", "x"}, Strings{"-h"},
+          Strings{"velPListIsAdminProfile_XPC=TRUE"}}) {
+        ProcessResult result = run(arguments);
+        EXPECT_EQ(result.status, 2) << ::testing::PrintToString(arguments);
+        EXPECT_EQ(result.out, "");
+        EXPECT_NE(result.err.find("no such command"), std::string::npos);
+    }
+    const char* none[] = {nullptr};
+    EXPECT_EQ(runHelper(0, none), 2);
+    EXPECT_NE(run({"--help"}).out.find("usage: R4270Helper"), std::string::npos);
+    EXPECT_EQ(run({"--version"}).out, "R4270Helper " PDE_VERSION "\n");
+}
+
+TEST_F(HelperTest, EachCommandHasExactlyItsOwnNumberOfParameters)
+{
+    for (auto [command, right] : {std::pair(kWrite, 2),
+                                  {kRename, 1},
+                                  {kAdmin, 1},
+                                  {kSwap, 3},
+                                  {kExist, 1},
+                                  {kRemove, 1},
+                                  {kWalk, 10}})
+        for (int count = 0; count < 13; ++count) {
+            Strings arguments(static_cast<size_t>(count) + 1, "");
+            arguments[0] = command;
+            expectRefused(arguments);
+            if (count == right)
+                continue;
+            std::fill(arguments.begin() + 1, arguments.end(), count == 0 ? "" : current);
+            expectRefused(arguments);
+        }
+    expectRefused({kWrite, url, ""});
+}
+
+// Everything but the two paths themselves gets one and the same answer, whether it exists or not.
+TEST_F(HelperTest, ForeignPathsAreRefusedAlikeAndNothingIsTouched)
+{
+    ASSERT_TRUE(write(listText(1)));
+    ASSERT_TRUE(confirms({kSwap, "2", current, previous}));
+    ASSERT_TRUE(stage(listText(2)));
+    std::string other = folder / "somebody-R4270-profile.plist";
+    sandbox.write(fs::relative(other, root), listText(9));
+    fs::create_directory_symlink(folder, root / "alias");
+    fs::create_hard_link(other, root / "linked.plist");
+    std::string name = fs::path(current).filename();
+    std::string upper = current;
+    upper[upper.size() - 1] = 'T';
+    Strings paths = {"",
+                     "/",
+                     ".",
+                     "..",
+                     "~",
+                     name,
+                     "./" + name,
+                     current + "/",
+                     current + " ",
+                     " " + current,
+                     "/" + current,
+                     current + "\n",
+                     current + "/.",
+                     current + "/../" + name,
+                     folder.string() + "//" + name,
+                     folder.string() + "/./" + name,
+                     folder.string() + "/../" + folder.filename().string() + "/" + name,
+                     upper,
+                     current.substr(0, current.size() - 1),
+                     current + ".bak",
+                     current + "\xFF",
+                     current + "%00",
+                     current + "?x",
+                     folder,
+                     folder.string() + "/",
+                     other,
+                     folder / "absent-R4270-profile.plist",
+                     root / "alias" / name,
+                     root / "linked.plist",
+                     root / "linked",
+                     "/etc/passwd",
+                     "/etc/shadow",
+                     "/dev/null",
+                     "/dev/zero",
+                     "/proc/self/mem",
+                     "/etc/passwd/../../" + current,
+                     std::string(300, 'a'),
+                     "/" + std::string(5000, 'a'),
+                     std::string(100000, '/'),
+                     "%s%s%n",
+                     "velPListExistProfile_XPC=TRUE",
+                     "\xC3\x28",
+                     current + "\t",
+                     folder / ".R4270-lock-0",
+                     folder / names()[0]};
+    Strings urls = {current,
+                    "file:" + current,
+                    "file://localhost" + current,
+                    "file://evil" + current,
+                    "file://anna@" + current,
+                    "FILE://" + current,
+                    "https://" + current,
+                    url + "?x",
+                    url + "#x",
+                    url + "/",
+                    url + "%00",
+                    url + "%",
+                    url + "%2",
+                    "file://" + root.string() + "%2FLibrary",
+                    "file://" + current + "%2f..%2f" + name,
+                    "file:///%2e%2e" + current,
+                    "file://" + previous};
+    for (const std::string& path : paths)
+        urls.push_back("file://" + path);
+    Strings reasons;
+    auto refuse = [&](const Strings& arguments) {
+        expectRefused(arguments);
+        reasons.push_back(run(arguments).err);
+    };
+    for (const std::string& each : urls) {
+        refuse({kWrite, each, listText(3)});
+        refuse({kRename, each});
+    }
+    paths.push_back(url);
+    for (const std::string& each : paths) {
+        refuse({kAdmin, each});
+        refuse({kExist, each});
+        refuse({kRemove, each});
+        refuse({kSwap, "2", each, previous});
+        refuse({kSwap, "2", current, each});
+    }
+    refuse({kAdmin, previous});
+    refuse({kExist, previous});
+    refuse({kSwap, "2", previous, current});
+    refuse({kSwap, "3", current, current});
+    EXPECT_EQ(std::count(reasons.begin(), reasons.end(), reasons[0]), std::ptrdiff_t(reasons.size()));
+    EXPECT_TRUE(rename()) << "the staged list was still there";
+}
+
+TEST_F(HelperTest, ArgumentsTooLongForTheSystemNeverReachIt)
+{
+    ASSERT_TRUE(write(listText(1)));
+    std::string before = readFile(current);
+    ProcessResult result = run({kWrite, url, std::string(10 << 20, 'x')});
+    EXPECT_EQ(result.status, 127);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(readFile(current), before);
+}
+
+TEST_F(HelperTest, ItsOwnNameAndPlaceAreNeverUsed)
+{
+    sandbox.write("copy", readFile(program));
+    fs::permissions(root / "copy", fs::perms(0755));
+    for (const std::string& name : Strings{"", "%n%n%s", "/etc/R4270Helper.app/Contents/MacOS/R4270Helper",
+                                           std::string(100000, 'n'), "--help", kExist}) {
+        int status = -1;
+        pid_t child = fork();
+        if (child == 0) {
+            setenv("PDE_ROOT", root.c_str(), 1);
+            close(1);
+            execl((root / "copy").c_str(), name.c_str(), kAdmin, current.c_str(), nullptr);
+            _exit(127);
+        }
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0) << name;
+    }
+}
+
+TEST_F(HelperTest, TheWalkBecomesTheWalkerWithItsOwnArgumentsAndACleanEnvironment)
+{
+    std::string login = fs::path(current).filename().string();
+    Strings walk = walkArguments("127.0.0.1");
+    walk[kWalkLogin] = login.substr(0, login.find("-R4270"));
+    walk.insert(walk.begin(), kWalk);
+    ProcessResult missing = run(walk);
+    EXPECT_EQ(missing.out, "mibwalk_XPC=FALSE\n");
+    EXPECT_EQ(missing.status, 1);
+
+    fs::path walker = sandbox.write(
+        "Library/Application Support/QUORVEX/R4270/Helpers/R4270Helper.app/Contents/"
+        "MacOS/R4270Walker",
+        "#!/bin/sh\nprintf '%s|' \"$@\"\necho\nexport -p | sort\nset -- /proc/$$/fd/*\necho files $#\n"
+        "while [ -e " +
+            root.string() +
+            "/hold ]; do sleep 0.02; done\n"
+            "echo mibwalk_XPC=iRet=0\n");
+    fs::permissions(walker, fs::perms(0755));
+    ProcessOptions options;
+    options.environment = {"HOME=/bait", "LD_BIND_NOW=1", "MIBDIRS=/bait", "SNMPCONFPATH=/conf"};
+    ProcessResult done = run(walk, options);
+    std::string joined;
+    for (const std::string& each : walk)
+        joined += each + "|";
+    EXPECT_EQ(done.out.substr(0, done.out.find('\n')), joined);
+    EXPECT_EQ(done.out.find("bait"), std::string::npos) << done.out;
+    EXPECT_NE(done.out.find("SNMPCONFPATH='/conf'"), std::string::npos) << done.out;
+    EXPECT_NE(done.out.find("\nfiles 6\n"), std::string::npos)
+        << "beside the standard ones the lock, the script and the listing: " << done.out;
+    EXPECT_NE(done.out.find("\nmibwalk_XPC=iRet=0\n"), std::string::npos);
+
+    sandbox.write("hold", "");
+    Strings command = walk;
+    command.insert(command.begin(), program);
+    {
+        BackgroundProcess first(command, root / "log", {"PDE_ROOT=" + root.string()});
+        ASSERT_TRUE(waitUntil([&] { return !readFile(root / "log").empty(); }));
+        EXPECT_EQ(run(walk).out, "mibwalk_XPC=FALSE\n") << "one walk at a time";
+    }
+    fs::remove(root / "hold");
+    EXPECT_TRUE(waitUntil([&] { return run(walk).status == 0; })) << "a walk that was killed blocks none";
+}

@@ -1,0 +1,114 @@
+#include "helper/HelperTest.h"
+
+#include "profiles/HelperChannel.h"
+#include "profiles/ProfileListFile.h"
+
+#include <algorithm>
+#include <pwd.h>
+#include <sstream>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+std::string listText(int tag)
+{
+    PropertyListDocument document;
+    PropertyListNode top = document.root();
+    for (const char* key : kListKeys) {
+        PropertyListNode list = top.addDictionary(key);
+        for (const char* field : kFieldKeys)
+            list.addDictionary(field);
+        list.addInteger(kCountKey, tag);
+    }
+    return document.text();
+}
+
+std::string treeOf(const fs::path& folder)
+{
+    Strings lines;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+        std::string name = entry.path().filename();
+        if (name.starts_with(".R4270-lock-") || name.starts_with(".R4270-walk-"))
+            continue;
+        struct stat found = {};
+        EXPECT_EQ(lstat(entry.path().c_str(), &found), 0);
+        std::ostringstream line;
+        line << entry.path() << ' ' << found.st_mode << ' ' << found.st_uid << ' ' << found.st_gid;
+        if (!S_ISDIR(found.st_mode))
+            line << ' ' << found.st_nlink << ' ' << found.st_size << ' ' << found.st_mtim.tv_sec << '.'
+                 << found.st_mtim.tv_nsec;
+        if (S_ISREG(found.st_mode))
+            line << ' ' << readFile(entry.path());
+        lines.push_back(line.str());
+    }
+    std::sort(lines.begin(), lines.end());
+    std::string all;
+    for (const std::string& line : lines)
+        all += line + "\n";
+    return all;
+}
+
+Strings traced(const Strings& options, const Strings& command)
+{
+    static const bool works = runProcess({"strace", "-D", "-o", "/dev/null", "true"}).status == 0;
+    if (!works)
+        return {};
+    Strings all = {"strace", "-D"};
+    all.insert(all.end(), options.begin(), options.end());
+    all.insert(all.end(), command.begin(), command.end());
+    return all;
+}
+
+HelperTest::HelperTest()
+    : root(sandbox.path()),
+      folder(root / "Library/Printers/QUORVEX/Preferences/vendor.quorvex.printers.R4270"), program(PDE_HELPER)
+{
+    umask(022);
+    fs::create_directories(folder);
+    std::string login = getpwuid(getuid())->pw_name;
+    current = folder / (login + "-R4270-profile.plist");
+    previous = folder / (login + "-R4270-profile.prev.plist");
+    url = fileUrl(current);
+}
+
+ProcessResult HelperTest::run(const Strings& arguments, ProcessOptions options) const
+{
+    Strings all = {program};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    options.environment.push_back("PDE_ROOT=" + root.string());
+    ProcessResult result = runProcess(all, options);
+    EXPECT_LT(result.out.size() + result.err.size(), 4096U);
+    return result;
+}
+
+bool HelperTest::confirms(const Strings& arguments, const ProcessOptions& options) const
+{
+    ProcessResult result = run(arguments, options);
+    bool said = result.out == arguments[0] + "=TRUE\n";
+    EXPECT_EQ(said, result.status == 0) << result.out << result.err;
+    return said;
+}
+
+void HelperTest::expectRefused(const Strings& arguments, const ProcessOptions& options) const
+{
+    SCOPED_TRACE(::testing::PrintToString(arguments));
+    std::string before = treeOf(root);
+    ProcessResult result = run(arguments, options);
+    EXPECT_EQ(result.out, arguments[0] + "=FALSE\n");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err, "");
+    EXPECT_EQ(treeOf(root), before);
+}
+
+Strings HelperTest::names() const
+{
+    Strings all;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        std::string name = entry.path().filename();
+        if (!name.starts_with(".R4270-lock-") && !name.starts_with(".R4270-walk-"))
+            all.push_back(name);
+    }
+    std::sort(all.begin(), all.end());
+    return all;
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "support/Process.h"
+#include "support/Sandbox.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+using Strings = std::vector<std::string>;
+
+/// A short, valid list file; `tag` tells one from another.
+std::string listText(int tag);
+
+/// What a tree holds: a line for each entry with its type, owner, mode, links, size, time and contents. The
+/// folders' own times and the helper's empty lock files are left out.
+std::string treeOf(const std::filesystem::path& folder);
+
+/// `strace` with `options` in front of a command, so that the command stays this process's child; empty when
+/// tracing does not work here.
+Strings traced(const Strings& options, const Strings& command);
+
+/// A root folder of its own for the development build of the helper, and the verbs of its commands.
+class HelperTest : public ::testing::Test {
+protected:
+    HelperTest();
+
+    /// Runs the helper; whatever it was asked, its reply is short.
+    ProcessResult run(const Strings& arguments, ProcessOptions options = {}) const;
+    bool confirms(const Strings& arguments, const ProcessOptions& options = {}) const;
+    /// "COMMAND=FALSE", exit status 1, a reason, and nothing changed below the root folder.
+    void expectRefused(const Strings& arguments, const ProcessOptions& options = {}) const;
+
+    bool stage(const std::string& piece) const { return confirms({kWrite, url, piece}); }
+    bool rename() const { return confirms({kRename, url}); }
+    bool write(const std::string& text) const { return stage(text) && rename(); }
+    /// What stands in the folder beside the locks.
+    Strings names() const;
+
+    static constexpr const char* kWrite = "writeDataToPlistFile_XPC";
+    static constexpr const char* kRename = "writeDataToPlistFileRename_XPC";
+    static constexpr const char* kAdmin = "velPListIsAdminProfile_XPC";
+    static constexpr const char* kSwap = "velPListSwapProfile_XPC";
+    static constexpr const char* kExist = "velPListExistProfile_XPC";
+    static constexpr const char* kRemove = "velPListRemove_XPC";
+    static constexpr const char* kWalk = "mibwalk_XPC";
+
+    Sandbox sandbox;
+    std::filesystem::path root, folder;
+    std::string program, current, previous, url;
+};
