@@ -149,6 +149,38 @@ CFStringRef CFStringCreateCopy(CFAllocatorRef, CFStringRef string)
     return (CFStringRef)[(NSString*)string copy];
 }
 
+CFMutableStringRef CFStringCreateMutable(CFAllocatorRef, CFIndex)
+{
+    return (CFMutableStringRef)[[NSMutableString alloc] init];
+}
+
+void CFStringAppend(CFMutableStringRef string, CFStringRef appended)
+{
+    [(NSMutableString*)string appendString:(NSString*)appended];
+}
+
+void CFStringAppendCString(CFMutableStringRef string, const char* text, CFStringEncoding encoding)
+{
+    CFStringRef appended = CFStringCreateWithCString(kCFAllocatorDefault, text, encoding);
+    if (appended == nullptr)
+        return;
+    CFStringAppend(string, appended);
+    CFRelease(appended);
+}
+
+CFArrayRef CFStringCreateArrayBySeparatingStrings(CFAllocatorRef, CFStringRef string, CFStringRef separator)
+{
+    return (CFArrayRef)[[(NSString*)string componentsSeparatedByString:(NSString*)separator] retain];
+}
+
+CFRange CFStringFind(CFStringRef string, CFStringRef wanted, CFOptionFlags)
+{
+    NSRange found = [(NSString*)string rangeOfString:(NSString*)wanted options:NSLiteralSearch];
+    if (found.location == NSNotFound)
+        return {kCFNotFound, 0};
+    return {(CFIndex)found.location, (CFIndex)found.length};
+}
+
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStringEncoding encoding)
 {
     return [(NSString*)string getCString:buffer

@@ -59,7 +59,7 @@ enum : CFStringEncoding {
 };
 
 enum : CFNumberType { kCFNumberSInt32Type = 3 };
-enum : CFIndex { kCFCompareEqualTo = 0 };
+enum : CFIndex { kCFCompareEqualTo = 0, kCFNotFound = -1 };
 
 extern "C" {
 
@@ -98,6 +98,15 @@ void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys,
 /// Null when the bytes are not valid in the encoding.
 CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text, CFStringEncoding encoding);
 CFStringRef CFStringCreateCopy(CFAllocatorRef allocator, CFStringRef string);
+/// `capacity` is a hint: 0.
+CFMutableStringRef CFStringCreateMutable(CFAllocatorRef allocator, CFIndex capacity);
+void CFStringAppend(CFMutableStringRef string, CFStringRef appended);
+void CFStringAppendCString(CFMutableStringRef string, const char* text, CFStringEncoding encoding);
+/// The strings between the separators: one more than there are separators, "" between two in a row.
+CFArrayRef CFStringCreateArrayBySeparatingStrings(CFAllocatorRef allocator, CFStringRef string,
+                                                  CFStringRef separator);
+/// The first occurrence, found without options; kCFNotFound and length 0 when there is none.
+CFRange CFStringFind(CFStringRef string, CFStringRef wanted, CFOptionFlags options);
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStringEncoding encoding);
 CFStringEncoding CFStringGetSystemEncoding(void);
 /// The string's bytes in the encoding. What the encoding lacks becomes `lossByte`, which is '?'.
@@ -110,6 +119,16 @@ const UInt8* CFDataGetBytePtr(CFDataRef data);
 CFIndex CFDataGetLength(CFDataRef data);
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
+
+/// The URL as it was given, borrowed from it.
+CFStringRef CFURLGetString(CFURLRef url);
+/// "user@host:port", as far as it is there, as it stands in the URL; null when there is none.
+CFStringRef CFURLCopyNetLocation(CFURLRef url);
+/// The host with its percent escapes, as it stands in the URL; null when there is none.
+CFStringRef CFURLCopyHostName(CFURLRef url);
+/// All escapes are replaced: `leftEscaped` must be "". Null when they do not make UTF-8.
+CFStringRef CFURLCreateStringByReplacingPercentEscapes(CFAllocatorRef allocator, CFStringRef string,
+                                                       CFStringRef leftEscaped);
 
 } // extern "C"
 

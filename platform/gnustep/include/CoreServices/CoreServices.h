@@ -2,6 +2,7 @@
 
 // Launch Services: opening an application that is named by its path.
 
+#include <CFNetwork/CFNetwork.h>
 #include <CoreFoundation/CoreFoundation.h>
 
 enum : OSStatus { noErr = 0, paramErr = -50, memFullErr = -108, fnfErr = -43 };
