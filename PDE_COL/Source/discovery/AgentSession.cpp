@@ -54,8 +54,8 @@ void restrainNetSnmp()
     setenv("MIBS", "", 1);
     setenv("MIBDIRS", "", 1);
     unsetenv("MIBFILES");
-    for (int off : {NETSNMP_DS_LIB_DONT_PERSIST_STATE, NETSNMP_DS_LIB_DISABLE_PERSISTENT_LOAD,
-                    NETSNMP_DS_LIB_DISABLE_PERSISTENT_SAVE, NETSNMP_DS_LIB_DONT_LOAD_HOST_FILES})
+    for (int off : {NETSNMP_DS_LIB_DISABLE_PERSISTENT_LOAD, NETSNMP_DS_LIB_DISABLE_PERSISTENT_SAVE,
+                    NETSNMP_DS_LIB_DONT_LOAD_HOST_FILES})
         netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, off, 1);
     // The indexes of certificates are made below this folder whatever the settings say.
     set_persistent_directory(kNowhere);
@@ -63,7 +63,8 @@ void restrainNetSnmp()
     if (getenv("SNMPCONFPATH") != nullptr)
         return;
 #endif
-    netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, NETSNMP_DS_LIB_DONT_READ_CONFIGS, 1);
+    for (int off : {NETSNMP_DS_LIB_DONT_READ_CONFIGS, NETSNMP_DS_LIB_DONT_PERSIST_STATE})
+        netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, off, 1);
     set_configuration_directory(kNowhere);
 }
 
