@@ -1,0 +1,50 @@
+#include "Controls.h"
+
+NSWindow* makeWindow(NSSize size, NSString* title)
+{
+    NSWindow* window = [[NSWindow alloc] initWithContentRect:NSMakeRect(100, 100, size.width, size.height)
+                                                   styleMask:NSTitledWindowMask | NSClosableWindowMask
+                                                     backing:NSBackingStoreBuffered
+                                                       defer:NO];
+    [window setReleasedWhenClosed:NO];
+    [window setTitle:title];
+    return window;
+}
+
+NSTextField* makeLabel(NSRect frame, NSString* text, NSTextAlignment alignment)
+{
+    NSTextField* label = makeField(frame, text);
+    [label setEditable:NO];
+    [label setSelectable:NO];
+    [label setBezeled:NO];
+    [label setDrawsBackground:NO];
+    [label setAlignment:alignment];
+    return label;
+}
+
+NSTextField* makeField(NSRect frame, NSString* text)
+{
+    NSTextField* field = [[[NSTextField alloc] initWithFrame:frame] autorelease];
+    [field setStringValue:text];
+    [field setFont:[NSFont systemFontOfSize:12]];
+    return field;
+}
+
+NSButton* makeButton(NSRect frame, NSString* title, id target, SEL action)
+{
+    NSButton* button = [[[NSButton alloc] initWithFrame:frame] autorelease];
+    [button setTitle:title];
+    [button setFont:[NSFont systemFontOfSize:12]];
+    [button setTarget:target];
+    [button setAction:action];
+    return button;
+}
+
+NSPopUpButton* makePopUp(NSRect frame, id target, SEL action)
+{
+    NSPopUpButton* popUp = [[[NSPopUpButton alloc] initWithFrame:frame pullsDown:NO] autorelease];
+    [popUp setFont:[NSFont systemFontOfSize:12]];
+    [popUp setTarget:target];
+    [popUp setAction:action];
+    return popUp;
+}

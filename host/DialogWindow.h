@@ -1,0 +1,49 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+/// Actions of the window's controls.
+@protocol DialogActions
+- (void)printerChosen:(id)sender;
+- (void)presetChosen:(id)sender;
+- (void)pageChosen:(id)sender;
+- (void)cancel:(id)sender;
+- (void)print:(id)sender;
+@end
+
+/// The print dialog's window: printer, presets, copies and pages, and below them one page: a panel's view or
+/// the summary.
+@interface DialogWindow : NSObject
+{
+    NSWindow* window_;
+    NSView* header_;
+    NSView* page_;
+    NSPopUpButton* printers_;
+    NSPopUpButton* presets_;
+    NSPopUpButton* pages_;
+    NSTextField* copies_;
+    NSStepper* stepper_;
+    NSButton* allPages_;
+    NSButton* somePages_;
+    NSTextField* range_;
+    NSButton* cancel_;
+    NSButton* print_;
+}
+- (instancetype)initWithTarget:(id<DialogActions>)target title:(NSString*)title;
+- (NSWindow*)window;
+- (NSPopUpButton*)printers;
+- (NSPopUpButton*)presets;
+/// The switch between the pages.
+- (NSPopUpButton*)pages;
+/// Puts `view` in place of the page; the window fits itself around it. Nil leaves an empty page.
+- (void)showPage:(NSView*)view;
+- (NSSize)pageSize;
+/// Shows a text in place of a page.
+- (void)showNotice:(NSString*)text;
+
+/// 1 to 9999.
+- (int)copies;
+/// "" for all pages, else page numbers and ranges such as "1-3,5"; nil when the user typed something else.
+- (NSString*)pageRanges;
+- (void)setCopies:(int)copies pageRanges:(NSString*)ranges;
+@end

@@ -1,0 +1,243 @@
+#include "DialogWindow.h"
+
+#include "Controls.h"
+
+static const CGFloat kMargin = 20, kRow = 32, kLine = 24, kLabelWidth = 80, kGap = 8;
+static const CGFloat kButtonWidth = 90, kButtonHeight = 26, kLeastWidth = 480, kEmptyPageHeight = 280;
+static const CGFloat kFieldLeft = kMargin + kLabelWidth + kGap;
+static const CGFloat kHeaderHeight = 4 * kRow + 12;
+static const int kMostCopies = 9999;
+
+@implementation DialogWindow
+
+- (void)addLabel:(NSString*)text row:(int)row
+{
+    NSRect frame = NSMakeRect(kMargin, kHeaderHeight - row * kRow + 2, kLabelWidth, 18);
+    [header_ addSubview:makeLabel(frame, text, NSRightTextAlignment)];
+}
+
+- (NSPopUpButton*)addPopUpWithAction:(SEL)action target:(id)target row:(int)row
+{
+    NSRect frame =
+        NSMakeRect(kFieldLeft, kHeaderHeight - row * kRow, kLeastWidth - kFieldLeft - kMargin, kLine);
+    NSPopUpButton* popUp = makePopUp(frame, target, action);
+    [popUp setAutoresizingMask:NSViewWidthSizable];
+    [header_ addSubview:popUp];
+    return popUp;
+}
+
+- (NSButton*)addRadioButton:(NSString*)title left:(CGFloat)left width:(CGFloat)width row:(int)row
+{
+    NSRect frame = NSMakeRect(left, kHeaderHeight - row * kRow + 2, width, 20);
+    NSButton* button = makeButton(frame, title, self, @selector(pagesChosen:));
+    [button setButtonType:NSRadioButton];
+    [header_ addSubview:button];
+    return button;
+}
+
+- (void)addCopiesInRow:(int)row
+{
+    [self addLabel:@"Copies:" row:row];
+    CGFloat y = kHeaderHeight - row * kRow;
+    copies_ = makeField(NSMakeRect(kFieldLeft, y + 1, 48, 22), @"1");
+    [copies_ setTarget:self];
+    [copies_ setAction:@selector(copiesTyped:)];
+    stepper_ = [[[NSStepper alloc] initWithFrame:NSMakeRect(kFieldLeft + 52, y, 16, 24)] autorelease];
+    [stepper_ setMinValue:1];
+    [stepper_ setMaxValue:kMostCopies];
+    [stepper_ setIntValue:1];
+    [stepper_ setTarget:self];
+    [stepper_ setAction:@selector(copiesStepped:)];
+    NSTextField* label =
+        makeLabel(NSMakeRect(kFieldLeft + 84, y + 2, 52, 18), @"Pages:", NSRightTextAlignment);
+    for (NSView* part in @[ copies_, stepper_, label ])
+        [header_ addSubview:part];
+    allPages_ = [self addRadioButton:@"All" left:kFieldLeft + 144 width:52 row:row];
+    somePages_ = [self addRadioButton:@"Only" left:kFieldLeft + 200 width:60 row:row];
+    range_ =
+        makeField(NSMakeRect(kFieldLeft + 262, y + 1, kLeastWidth - kMargin - kFieldLeft - 262, 22), @"");
+    [range_ setAutoresizingMask:NSViewWidthSizable];
+    [range_ setDelegate:(id)self];
+    [range_ setToolTip:@"Page numbers and ranges, for example 1-3, 5"];
+    [header_ addSubview:range_];
+    [self pagesChosen:allPages_];
+}
+
+- (instancetype)initWithTarget:(id<DialogActions>)target title:(NSString*)title
+{
+    self = [super init];
+    window_ = makeWindow(NSMakeSize(kLeastWidth, 400), title);
+    [window_ setDelegate:(id)self];
+    NSView* content = [window_ contentView];
+    header_ = [[[NSView alloc] initWithFrame:NSMakeRect(0, 0, kLeastWidth, kHeaderHeight)] autorelease];
+    [content addSubview:header_];
+    [self addLabel:@"Printer:" row:1];
+    printers_ = [self addPopUpWithAction:@selector(printerChosen:) target:target row:1];
+    [self addLabel:@"Presets:" row:2];
+    presets_ = [self addPopUpWithAction:@selector(presetChosen:) target:target row:2];
+    [self addCopiesInRow:3];
+    [self addLabel:@"Show:" row:4];
+    pages_ = [self addPopUpWithAction:@selector(pageChosen:) target:target row:4];
+    NSRect button = NSMakeRect(0, 16, kButtonWidth, kButtonHeight);
+    cancel_ = makeButton(button, @"Cancel", target, @selector(cancel:));
+    [cancel_ setKeyEquivalent:@"\e"];
+    print_ = makeButton(button, @"Print", target, @selector(print:));
+    [print_ setKeyEquivalent:@"\r"];
+    [content addSubview:cancel_];
+    [content addSubview:print_];
+    [self showPage:nil];
+    [window_ center];
+    return self;
+}
+
+- (void)dealloc
+{
+    [window_ setDelegate:nil];
+    [range_ setDelegate:nil];
+    [window_ release];
+    [super dealloc];
+}
+
+- (NSWindow*)window
+{
+    return window_;
+}
+
+- (NSPopUpButton*)printers
+{
+    return printers_;
+}
+
+- (NSPopUpButton*)presets
+{
+    return presets_;
+}
+
+- (NSPopUpButton*)pages
+{
+    return pages_;
+}
+
+- (NSSize)pageSize
+{
+    return page_ != nil ? [page_ frame].size : NSMakeSize(kLeastWidth - 2 * kMargin, kEmptyPageHeight);
+}
+
+- (void)showPage:(NSView*)view
+{
+    [page_ removeFromSuperview];
+    page_ = nil;
+    NSSize size = view != nil ? [view frame].size : [self pageSize];
+    CGFloat width = MAX(kLeastWidth, size.width + 2 * kMargin);
+    CGFloat bottom = 16 + kButtonHeight + 16;
+    NSRect frame = [window_ frame];
+    NSRect wanted =
+        [NSWindow frameRectForContentRect:NSMakeRect(0, 0, width, bottom + size.height + kHeaderHeight)
+                                styleMask:[window_ styleMask]];
+    // The upper left corner stays where the user put it.
+    wanted.origin = NSMakePoint(NSMinX(frame), NSMaxY(frame) - NSHeight(wanted));
+    [window_ setFrame:wanted display:NO];
+    [header_ setFrame:NSMakeRect(0, bottom + size.height, width, kHeaderHeight)];
+    [print_ setFrameOrigin:NSMakePoint(width - kMargin - kButtonWidth, 16)];
+    [cancel_ setFrameOrigin:NSMakePoint(width - kMargin - 2 * kButtonWidth - 12, 16)];
+    if (view != nil) {
+        [view setFrameOrigin:NSMakePoint((width - size.width) / 2, bottom)];
+        [[window_ contentView] addSubview:view];
+        page_ = view;
+    }
+    [self linkKeyboardOrder];
+    [[window_ contentView] setNeedsDisplay:YES];
+}
+
+- (void)showNotice:(NSString*)text
+{
+    NSSize size = [self pageSize];
+    NSView* view = [[[NSView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)] autorelease];
+    [view addSubview:makeLabel(NSMakeRect(0, size.height / 2 - 10, size.width, 20), text,
+                               NSCenterTextAlignment)];
+    [self showPage:view];
+}
+
+- (void)linkKeyboardOrder
+{
+    NSMutableArray* order = [NSMutableArray
+        arrayWithObjects:printers_, presets_, copies_, allPages_, somePages_, range_, pages_, nil];
+    if (page_ != nil)
+        [order addObject:page_];
+    [order addObject:cancel_];
+    [order addObject:print_];
+    for (NSUInteger i = 0; i < [order count]; ++i)
+        [[order objectAtIndex:i] setNextKeyView:[order objectAtIndex:(i + 1) % [order count]]];
+    [window_ setInitialFirstResponder:printers_];
+}
+
+- (void)copiesTyped:(id)sender
+{
+    [stepper_ setIntValue:[copies_ intValue]];
+    [copies_ setIntValue:[stepper_ intValue]];
+}
+
+- (void)copiesStepped:(id)sender
+{
+    [copies_ setIntValue:[stepper_ intValue]];
+}
+
+- (void)pagesChosen:(id)sender
+{
+    BOOL all = sender == allPages_;
+    [allPages_ setState:all ? NSOnState : NSOffState];
+    [somePages_ setState:all ? NSOffState : NSOnState];
+    if (!all)
+        [window_ makeFirstResponder:range_];
+}
+
+/// Typing a range chooses it.
+- (void)controlTextDidChange:(NSNotification*)notification
+{
+    [allPages_ setState:NSOffState];
+    [somePages_ setState:NSOnState];
+}
+
+- (BOOL)windowShouldClose:(id)sender
+{
+    [cancel_ performClick:nil];
+    return NO;
+}
+
+- (int)copies
+{
+    return MAX(1, MIN(kMostCopies, [copies_ intValue]));
+}
+
+- (NSString*)pageRanges
+{
+    if ([allPages_ state] == NSOnState)
+        return @"";
+    NSString* text = [[range_ stringValue] stringByReplacingOccurrencesOfString:@" " withString:@""];
+    int last = 0;
+    for (NSString* part in [text componentsSeparatedByString:@","]) {
+        NSArray* ends = [part componentsSeparatedByString:@"-"];
+        for (NSString* end in ends) {
+            int page = [end intValue];
+            // Ascending, as the printing system wants them; a single page may not follow itself.
+            if (![[NSString stringWithFormat:@"%d", page] isEqual:end] || page < last || page < 1)
+                return nil;
+            last = page;
+        }
+        if ([ends count] > 2)
+            return nil;
+    }
+    return text;
+}
+
+- (void)setCopies:(int)copies pageRanges:(NSString*)ranges
+{
+    [copies_ setIntValue:MAX(1, MIN(kMostCopies, copies))];
+    [stepper_ setIntValue:[copies_ intValue]];
+    [range_ setStringValue:ranges];
+    BOOL all = [ranges length] == 0;
+    [allPages_ setState:all ? NSOnState : NSOffState];
+    [somePages_ setState:all ? NSOffState : NSOnState];
+}
+
+@end

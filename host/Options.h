@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// What the command line asks for.
+struct Options {
+    std::string plugin;  ///< absolute path of the bundle
+    std::string printer; ///< queue of the CUPS server; empty: the PPD below
+    std::string ppd;
+    std::string queue; ///< identifier of the printer that the PPD stands for
+    std::string deviceUri;
+    std::string settings; ///< empty: none
+    std::string script;   ///< "-" standard input; empty: a person drives the dialog
+    std::vector<std::string> files;
+};
+
+/// Fills `options`, with the bundle and the sample PPD of this installation or build where none are named.
+/// Gives the status to exit with when there is nothing more to do: 0 after --help, 2 after wrong usage.
+std::optional<int> parseOptions(int argc, char** argv, Options& options);
+
+/// The PPD of the sample printer: beside the bundle, or in the source tree of a development build.
+std::string samplePpd(const std::string& plugin);
+
+/// The queue identifier of the sample printer.
+inline constexpr char kSampleQueue[] = "R4270-sample";

@@ -1,0 +1,139 @@
+#include "ScriptRunner.h"
+
+#include "ScriptCommands.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <poll.h>
+#include <unistd.h>
+
+static const NSTimeInterval kIdle = 0.01;
+
+static void postEvent()
+{
+    // A modal loop looks at what a line did to it only when an event arrives.
+    NSEvent* event = [NSEvent otherEventWithType:NSApplicationDefined
+                                        location:NSZeroPoint
+                                   modifierFlags:0
+                                       timestamp:0
+                                    windowNumber:0
+                                         context:nil
+                                         subtype:0
+                                           data1:0
+                                           data2:0];
+    [NSApp postEvent:event atStart:NO];
+}
+
+@implementation ScriptRunner
+
+- (instancetype)initWithDialog:(DialogController*)dialog file:(int)file
+{
+    self = [super init];
+    dialog_ = dialog;
+    file_ = file;
+    return self;
+}
+
+- (void)start
+{
+    [self tickAfter:0];
+}
+
+- (void)tickAfter:(NSTimeInterval)delay
+{
+    [self performSelector:@selector(tick)
+               withObject:nil
+               afterDelay:delay
+                  inModes:@[ NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode ]];
+}
+
+/// The next line, if one has come.
+- (std::optional<std::string>)nextLine
+{
+    for (;;) {
+        size_t end = unread_.find('\n');
+        if (end != std::string::npos || (atEnd_ && !unread_.empty())) {
+            std::string line = unread_.substr(0, end);
+            unread_.erase(0, end == std::string::npos ? end : end + 1);
+            if (!line.empty() && line.back() == '\r')
+                line.pop_back();
+            return line;
+        }
+        pollfd input = {file_, POLLIN, 0};
+        if (atEnd_ || poll(&input, 1, 0) <= 0)
+            return std::nullopt;
+        char buffer[4096];
+        ssize_t count = read(file_, buffer, sizeof buffer);
+        if (count > 0)
+            unread_.append(buffer, static_cast<size_t>(count));
+        else
+            atEnd_ = count == 0 || errno != EINTR;
+    }
+}
+
+- (void)answer:(const Json&)answer
+{
+    failed_ = failed_ || answer.contains("error");
+    std::string text = answer.dump(-1, ' ', false, Json::error_handler_t::replace);
+    printf("%s\n", text.c_str());
+    fflush(stdout);
+}
+
+- (void)run:(const std::string&)line
+{
+    open_ = line;
+    modalBefore_ = [NSApp modalWindow];
+    ++depth_;
+    Json answer;
+    @autoreleasepool {
+        answer = runScriptLine(dialog_, line);
+    }
+    --depth_;
+    // A line that opened a modal window was answered when the next one came.
+    if (!open_.empty())
+        [self answer:answer];
+    open_.clear();
+    postEvent();
+}
+
+/// True when the script has to wait for a line that is being carried out: a pressed button runs the run loop
+/// for a moment, and when its modal window is closed, a line that opened it comes back first.
+- (bool)mustWait
+{
+    bool opened = modalWindowIsOpen() && [NSApp modalWindow] != modalBefore_;
+    return depth_ > 0 && (open_.empty() ? !modalWindowIsOpen() : !opened);
+}
+
+- (void)tick
+{
+    // The next turn is asked for first: this line may open a modal loop and not come back.
+    [self tickAfter:kIdle];
+    if ([self mustWait]) {
+        postEvent();
+        return;
+    }
+    if (!open_.empty()) {
+        [self answer:answerOfOpenLine(dialog_, open_)];
+        open_.clear();
+    }
+    std::optional<std::string> line = [self nextLine];
+    if (!line && atEnd_)
+        [self finish];
+    if (line && !line->empty() && line->front() != '#')
+        [self run:*line];
+}
+
+- (void)finish
+{
+    if (depth_ == 0)
+        [dialog_ terminatePanel];
+    if (![dialog_ writeSettings]) {
+        fprintf(stderr, "printdialog: the print settings cannot be written\n");
+        failed_ = true;
+    }
+    exit(failed_ ? EXIT_FAILURE : EXIT_SUCCESS);
+}
+
+@end

@@ -1,0 +1,84 @@
+#include "DialogController.h"
+#include "Json.h"
+#include "ScriptRunner.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
+extern char** environ;
+
+/// Starts the dialog as soon as the application runs.
+@interface Starter : NSObject
+{
+@public
+    Options options;
+    int script;
+}
+@end
+
+@implementation Starter
+
+- (void)applicationDidFinishLaunching:(NSNotification*)notification
+{
+    NSString* reason = nil;
+    DialogController* dialog = [[DialogController alloc] initWithOptions:options error:&reason];
+    if (dialog == nil) {
+        fprintf(stderr, "printdialog: %s\n", textOf(reason).c_str());
+        exit(EXIT_FAILURE);
+    }
+    if (script >= 0)
+        [[[ScriptRunner alloc] initWithDialog:dialog file:script] start];
+    else
+        [dialog showPanel];
+}
+
+- (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)application
+{
+    return NO;
+}
+
+@end
+
+/// The look of a desktop program: no application icon window, scrollers at the right.
+static void registerDefaults()
+{
+    NSDictionary* defaults =
+        [NSDictionary dictionaryWithObjectsAndKeys:@"YES", @"GSSuppressAppIcon", @"NSWindows95InterfaceStyle",
+                                                   @"NSInterfaceStyleDefault", nil];
+    [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
+}
+
+int main(int argc, char** argv)
+{
+    Options options;
+    if (std::optional<int> status = parseOptions(argc, argv, options))
+        return *status;
+    int script = options.script.empty() ? -1 : STDIN_FILENO;
+    if (script >= 0 && options.script != "-")
+        script = open(options.script.c_str(), O_RDONLY | O_CLOEXEC);
+    if (script < 0 && !options.script.empty()) {
+        fprintf(stderr, "printdialog: %s: cannot be read\n", options.script.c_str());
+        return 2;
+    }
+    // The toolkit would take our arguments for documents to open.
+    char* toolkitArguments[] = {argv[0], nullptr};
+    [NSProcessInfo initializeWithArguments:toolkitArguments count:1 environment:environ];
+    @autoreleasepool {
+        registerDefaults();
+        @try {
+            [NSApplication sharedApplication];
+        } @catch (NSException* exception) {
+            fprintf(stderr, "printdialog: no display (DISPLAY=%s): %s\n", getenv("DISPLAY") ?: "",
+                    textOf([exception reason]).c_str());
+            return EXIT_FAILURE;
+        }
+        Starter* starter = [[Starter alloc] init];
+        starter->options = options;
+        starter->script = script;
+        [NSApp setDelegate:(id)starter];
+        [NSApp run];
+    }
+    return EXIT_SUCCESS;
+}
