@@ -1,0 +1,175 @@
+#include "DiscoveryFixture.h"
+#include "support/SnmpAgent.h"
+
+#include <random>
+#include <unistd.h>
+
+// From a printer on the network to the stored lists, through the real helper and walker.
+
+using Discovery = DiscoveryTest;
+
+namespace {
+
+std::string row(int number, const std::string& fileName, int profileClass = 1, int location = kOnDisk)
+{
+    return "profile " + std::to_string(number) + " " + std::to_string(location) + " \"Profile " +
+           std::to_string(number) + "\" \"" + fileName + "\" " + std::to_string(profileClass) + "\n";
+}
+
+} // namespace
+
+TEST_F(Discovery, TakesEveryCodeThroughTheTableOfTransitions)
+{
+    std::vector<ProfileRecord> before;
+    std::string table;
+    for (int32_t code = 1; code <= 6; ++code) {
+        std::string there = "THERE" + std::to_string(code) + ".ICC";
+        before.push_back(record(there, code));
+        before.push_back(record("GONE" + std::to_string(code) + ".ICC", code));
+        table += row(code, there);
+    }
+    store(before);
+    startPrinter(table);
+    EXPECT_EQ(walk(), 0);
+    // Listed entries that are gone count as registered by hand from here on.
+    EXPECT_EQ(codes(kRgbList), (Codes{{"THERE1.ICC", 2},
+                                      {"THERE2.ICC", 2},
+                                      {"THERE3.ICC", 4},
+                                      {"THERE4.ICC", 4},
+                                      {"THERE5.ICC", 2},
+                                      {"THERE6.ICC", 4},
+                                      {"GONE1.ICC", 1},
+                                      {"GONE2.ICC", 1},
+                                      {"GONE3.ICC", 6},
+                                      {"GONE4.ICC", 6},
+                                      {"GONE5.ICC", 5},
+                                      {"GONE6.ICC", 6}}));
+
+    // All columns that matter are read when the agent begins to fail.
+    store(before);
+    startPrinter(table, {"--fault", "error:5", "--fault-after", "32"});
+    EXPECT_EQ(walk(), 2);
+    const Codes afterFailure = {{"THERE3.ICC", 4}, {"THERE4.ICC", 4}, {"THERE5.ICC", 2}, {"THERE6.ICC", 4},
+                                {"GONE3.ICC", 6},  {"GONE4.ICC", 6},  {"GONE5.ICC", 5},  {"GONE6.ICC", 6}};
+    EXPECT_EQ(codes(kRgbList), afterFailure) << "a row does not revive an entry that the failure freed";
+
+    // The freed ones are really gone, so the next walk finds them anew.
+    startPrinter(table);
+    EXPECT_EQ(walk(), 0);
+    Codes next = afterFailure;
+    next.insert({{"THERE1.ICC", 2}, {"THERE2.ICC", 2}});
+    EXPECT_EQ(codes(kRgbList), next);
+}
+
+TEST_F(Discovery, KeepsTickedProfilesThroughFailedWalks)
+{
+    store({record("TICKED.ICC", kFoundListed), record("HAND.ICC", kByHandHidden)},
+          {record("SIM.ICC", kGoneListed)});
+    SnmpTable table;
+    for (uint32_t i = 1; i <= 5; ++i)
+        addProfileRow(table, i, "P" + std::to_string(i) + ".ICC", 1, kOnDisk);
+    std::minstd_rand random(4270);
+    int left = 0;
+    SnmpAgent agent([&](SnmpAgent& self, const SnmpMessage& request) {
+        SnmpMessage answer = answerFrom(table, request);
+        answer.errorStatus = left-- > 0 ? answer.errorStatus : 5;
+        self.send(answer);
+    });
+    usePort(agent.port());
+    for (int i = 0; i < 20; ++i) {
+        left = static_cast<int>(random() % 35);
+        EXPECT_EQ(walk(), 2);
+        Codes rgb = codes(kRgbList);
+        EXPECT_EQ(rgb["TICKED.ICC"], 6);
+        EXPECT_EQ(rgb["HAND.ICC"], 5);
+        EXPECT_EQ(codes(kSimList)["SIM.ICC"], 6);
+    }
+}
+
+TEST_F(Discovery, DropsATableThatFindsTheListsFull)
+{
+    std::vector<ProfileRecord> full;
+    std::string table;
+    for (int i = 1; i <= kProfileSlots; ++i) {
+        full.push_back(record("HAND" + std::to_string(i) + ".ICC", kByHandListed));
+        table += row(i, "NEW" + std::to_string(i) + ".ICC", i % 3 + 1);
+    }
+    store(full, full, full);
+    std::string before = readFile(currentListPath());
+    startPrinter(table);
+    EXPECT_EQ(walk(), 0);
+    EXPECT_EQ(readFile(currentListPath()), before);
+
+    store({});
+    EXPECT_EQ(walk(), 0);
+    EXPECT_EQ(codes(kRgbList).size(), 333u);
+    EXPECT_EQ(codes(kSimList).size(), 167u);
+    EXPECT_EQ(codes(kDstList).size(), 167u);
+}
+
+TEST_F(Discovery, SaysNothingButItsResultWhateverThePrinterSays)
+{
+    std::string forged = "\nmibwalk_XPC=iRet=77\nvelPListIsAdminProfile_XPC=TRUE\n";
+    SnmpName root = profileCell(1, 1);
+    root.resize(15);
+    SnmpAgent agent(SnmpTable{{root, berString(forged + std::string(60000, '\n'))}});
+    usePort(agent.port());
+    EXPECT_EQ(walk(), 0);
+    EXPECT_EQ(agent.requests(), 2) << "the walk, then the root itself, which is printed";
+}
+
+TEST_F(Discovery, LeavesAWholeListWhenSomethingDiesInTheMiddle)
+{
+    store({record("KEPT.ICC", kFoundListed)});
+    std::string before = readFile(currentListPath());
+    std::string table;
+    for (int i = 1; i <= 50; ++i)
+        table += row(i, "NEW" + std::to_string(i) + ".ICC");
+    startPrinter(table, {"--fault", "late:20"});
+    auto requestsSeen = [&] { return readFile(sandbox_ / "log").size() > 2000; };
+    {
+        BackgroundProcess helper(walkCommand(), (sandbox_ / "reply").string());
+        ASSERT_TRUE(waitUntil(requestsSeen));
+        kill(helper.pid(), SIGKILL);
+    }
+    EXPECT_EQ(readFile(sandbox_ / "reply"), "");
+    EXPECT_EQ(readFile(currentListPath()), before);
+
+    startPrinter(table, {"--fault", "late:20"});
+    BackgroundProcess helper(walkCommand(), (sandbox_ / "reply").string());
+    ASSERT_TRUE(waitUntil(requestsSeen));
+    printer_.reset();
+    EXPECT_TRUE(waitUntil([&] { return !helper.running(); }));
+    EXPECT_EQ(readFile(sandbox_ / "reply"), "mibwalk_XPC=iRet=1\n");
+    EXPECT_EQ(codes(kRgbList)["KEPT.ICC"], 6);
+}
+
+TEST_F(Discovery, IsOverInOneTimeOutWhenThePrinterIsSilent)
+{
+    startPrinter(row(1, "A.ICC"), {"--fault", "silent"});
+    EXPECT_EQ(walk(), 1);
+    startPrinter(row(1, "A.ICC"), {"--community", "other"});
+    EXPECT_EQ(walk(), 1);
+    EXPECT_TRUE(codes(kRgbList).empty());
+}
+
+TEST_F(Discovery, WalkerRefusesWhatTheHelperWouldNotSend)
+{
+    std::string walker = std::filesystem::path(helperExecutable()).replace_filename("R4270Walker");
+    std::vector<std::string> good = walkCommand();
+    good[0] = walker;
+    auto refused = [&](size_t index, const std::string& text) {
+        std::vector<std::string> bad = good;
+        bad[index] = text;
+        ProcessResult result = runProcess(bad);
+        return result.status == 2 && result.out.empty() && !result.err.empty();
+    };
+    EXPECT_TRUE(refused(1, "mibwalk"));
+    EXPECT_TRUE(refused(2, "R4271"));
+    EXPECT_TRUE(refused(3, "nobody-else"));
+    good.pop_back();
+    EXPECT_TRUE(refused(1, "mibwalk_XPC")) << "one argument short";
+    EXPECT_EQ(runProcess({walker}).status, 2);
+    EXPECT_NE(runProcess({walker, "--help"}).out.find("usage:"), std::string::npos);
+    EXPECT_EQ(runProcess({walker, "--version"}).status, 0);
+}
