@@ -1,0 +1,174 @@
+#include "StoredProfiles.h"
+
+#include "CommandError.h"
+
+#include "discovery/ProfileFileName.h"
+#include "profiles/DriverPaths.h"
+#include "profiles/ProfileListFile.h"
+#include "profiles/ProfileListOperations.h"
+#include "profiles/ProfileName.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <utf8.h>
+
+namespace {
+
+// As the profile window registers a profile by hand.
+constexpr int32_t kByHandClass = 2, kByHandColumn7 = 3;
+
+struct CodePair {
+    int32_t hidden, listed;
+    const char* name;
+};
+constexpr CodePair kCodePairs[] = {
+    {kGoneHidden, kGoneListed, "not-found"},
+    {kFoundHidden, kFoundListed, "on-printer"},
+    {kByHandHidden, kByHandListed, "by-hand"},
+};
+
+const CodePair* pairOf(int32_t inMenu)
+{
+    for (const CodePair& pair : kCodePairs)
+        if (pair.hidden == inMenu || pair.listed == inMenu)
+            return &pair;
+    return nullptr;
+}
+
+bool isUnprintable(uint32_t c)
+{
+    bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
+    bool direction =
+        (c >= 0x200E && c <= 0x200F) || (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+    return control || direction;
+}
+
+void requireWhole(const std::string& name, const char* what)
+{
+    constexpr size_t kLongest = kProfileNameSize - 1;
+    if (name.size() > kLongest)
+        throw CommandError(kBadInput, std::string(what) + " \"" + printable(name) + "\" has " +
+                                          std::to_string(name.size()) + " bytes in UTF-8; " +
+                                          std::to_string(kLongest) + " is the most that is kept");
+    if (printable(name) != name)
+        throw CommandError(kBadInput, std::string(what) + " \"" + printable(name) +
+                                          "\" holds characters that cannot be shown");
+}
+
+} // namespace
+
+std::unique_ptr<ListSet> loadLists()
+{
+    auto lists = std::make_unique<ListSet>();
+    std::string text;
+    if (readListFile(currentListPath(), text) == FileProblem::kMissing)
+        return lists;
+    if (VelPListReadProfile_All(&(*lists)[kRgbList], &(*lists)[kSimList], &(*lists)[kDstList]) != 0)
+        throw CommandError(kFaultFound, "the profile lists cannot be read; \"profilectl check\" says why");
+    return lists;
+}
+
+void saveLists(const ListSet& lists)
+{
+    if (!std::filesystem::exists(helperExecutable()))
+        throw CommandError(kNoPermission, "the driver's helper is not installed: " + helperExecutable());
+    if (VelPListIsAdminProfile() == 0)
+        throw CommandError(kNoPermission,
+                           "you may not change the profile lists: that is for members of the group "
+                           "\"" PDE_ADMIN_GROUP "\"");
+    if (VelPListWriteProfile_All(&lists[kRgbList], &lists[kSimList], &lists[kDstList]) != 0)
+        throw CommandError(kNotWritten, "the profile lists could not be written; they are as they were");
+}
+
+bool isListed(int32_t inMenu)
+{
+    const CodePair* pair = pairOf(inMenu);
+    return pair != nullptr && pair->listed == inMenu;
+}
+
+int32_t withListing(int32_t inMenu, bool listed)
+{
+    const CodePair* pair = pairOf(inMenu);
+    if (pair == nullptr)
+        return inMenu;
+    return listed ? pair->listed : pair->hidden;
+}
+
+const char* statusName(int32_t inMenu)
+{
+    const CodePair* pair = pairOf(inMenu);
+    return pair != nullptr ? pair->name : "unknown";
+}
+
+int32_t inMenuCode(std::string_view statusName, bool listed)
+{
+    for (const CodePair& pair : kCodePairs)
+        if (pair.name == statusName)
+            return listed ? pair.listed : pair.hidden;
+    return kFreeSlot;
+}
+
+std::string locationName(int32_t location)
+{
+    return location == kOnDisk ? "disk" : location == kOnCard ? "card" : std::to_string(location);
+}
+
+ProfileRecord* findProfile(ProfileList& list, std::string_view fileName, int32_t location)
+{
+    auto found =
+        std::find_if(std::begin(list.records), std::end(list.records), [&](const ProfileRecord& record) {
+            return record.InMenu != kFreeSlot && nameText(record.FileName) == fileName &&
+                   (location == 0 || record.Location == location);
+        });
+    return found == std::end(list.records) ? nullptr : found;
+}
+
+ProfileRecord makeRecord(const std::string& fileName, const std::string& profileName, int32_t location,
+                         bool listed)
+{
+    if (fileName.find('/') != std::string::npos)
+        throw CommandError(kBadInput, "\"" + printable(fileName) +
+                                          "\" is a path; give the name that the file has on the printer");
+    requireWhole(fileName, "the file name");
+    if (!bJudgement8point3Format(fileName.c_str()))
+        throw CommandError(kBadInput,
+                           "\"" + printable(fileName) + "\" is no profile file name: at most " +
+                               std::to_string(kMaxBaseLength) + " characters, a full stop and at most " +
+                               std::to_string(kMaxExtensionLength) +
+                               " more; letters and digits without accents and ! # $ % & ' ( ) - ^ _ ` { } ~");
+    requireWhole(profileName, "the profile name");
+    ProfileRecord record{
+        0, withListing(kByHandListed, listed), kByHandClass, {}, {}, location, kByHandColumn7};
+    setNameText(record.FileName, fileName);
+    setNameText(record.ProfileName, profileName);
+    return record;
+}
+
+void addRecord(ProfileList& list, const ProfileRecord& record)
+{
+    auto slot = std::find_if(std::begin(list.records), std::end(list.records),
+                             [](const ProfileRecord& one) { return one.InMenu == kFreeSlot; });
+    if (slot == std::end(list.records))
+        throw CommandError(kNotPossible,
+                           "the list is full: it has " + std::to_string(kProfileSlots) + " profiles");
+    *slot = record;
+    if (slot->IndexOnDevice == 0)
+        slot->IndexOnDevice = kProfileSlots + static_cast<int32_t>(slot - std::begin(list.records));
+    ++list.iNum;
+}
+
+std::string printable(std::string_view text)
+{
+    std::string result;
+    for (auto at = text.begin(); at != text.end();) {
+        auto next = at;
+        bool shown = utf8::internal::validate_next(next, text.end()) == utf8::internal::UTF8_OK;
+        if (!shown)
+            next = at + 1;
+        else if (auto character = at; isUnprintable(utf8::unchecked::next(character)))
+            shown = false;
+        result += shown ? std::string(at, next) : "?";
+        at = next;
+    }
+    return result;
+}
