@@ -1,10 +1,12 @@
 #include "plugin/PDEPlugInInterface.h"
 
 #include "common/PDECommon+ControlTable.h"
+#include "discovery/PDECommon+Discovery.h"
 #include "panels/AdvancedColorOptions.h"
 #include "panels/ColorOptions.h"
 #include "panels/PresetConstraints.h"
 #include "plugin/PainChangeController.h"
+#include "profiles/ProfileListOperations.h"
 
 #include <cstdlib>
 
@@ -49,6 +51,8 @@
 - (NSView*)panelView
 {
     [self myLoad];
+    if (VelPListIsAdminProfile() != 0)
+        (void)[PDECommon commonGetProfilesFromMIB:session];
     return pdeMainView;
 }
 

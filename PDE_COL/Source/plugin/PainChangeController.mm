@@ -8,6 +8,13 @@ static const SInt16 kQuickColorCustom = 3;
 
 @implementation PainChangeController
 
+// The views lie beside the container in the interface file: inside it, the one that is not shown would have
+// no owner.
+- (void)awakeFromNib
+{
+    [self ShowAdvancedToColorView];
+}
+
 - (IBAction)ColorToAdvancedView:(id)sender
 {
     if ([onAdvancedView getControlData] != nullptr)
