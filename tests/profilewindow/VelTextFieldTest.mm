@@ -1,4 +1,4 @@
-#import "profilewindow/VelTextField.h"
+#include "profilewindow/VelTextField.h"
 
 #include "profilewindow/KeyFilters.h"
 

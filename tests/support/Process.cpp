@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <grp.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -83,8 +84,8 @@ ProcessResult runProcess(const std::vector<std::string>& arguments, const Proces
             close(in[1]);
             fds[0].fd = -1;
         }
-        auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-            end - std::chrono::steady_clock::now());
+        auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
         if (left.count() <= 0) {
             result.timedOut = true;
             kill(child, SIGKILL);
@@ -113,8 +114,10 @@ ProcessResult runProcess(const std::vector<std::string>& arguments, const Proces
     close(err[0]);
     signal(SIGPIPE, earlier);
     int waited = 0;
-    while (waitpid(child, &waited, 0) < 0 && errno == EINTR)
+    rusage usage{};
+    while (wait4(child, &waited, 0, &usage) < 0 && errno == EINTR)
         continue;
+    result.peakKilobytes = usage.ru_maxrss;
     result.status = statusOf(waited);
     return result;
 }

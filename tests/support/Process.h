@@ -7,8 +7,9 @@
 
 /// What a finished child process left behind.
 struct ProcessResult {
-    int status = -1;       ///< exit status; 128 + signal when a signal ended it; -1 when it did not start
-    bool timedOut = false; ///< it was killed because its time was up
+    int status = -1;        ///< exit status; 128 + signal when a signal ended it; -1 when it did not start
+    bool timedOut = false;  ///< it was killed because its time was up
+    long peakKilobytes = 0; ///< the most memory it had resident at a time
     std::string out;
     std::string err;
 };
@@ -53,7 +54,8 @@ void sleepMilliseconds(int milliseconds);
 /// A UDP or TCP port of 127.0.0.1 that was free a moment ago.
 int freePort();
 
-template <typename Condition> bool waitUntil(Condition condition, std::chrono::milliseconds timeout)
+template <typename Condition>
+bool waitUntil(Condition condition, std::chrono::milliseconds timeout)
 {
     auto end = std::chrono::steady_clock::now() + timeout;
     while (!condition()) {

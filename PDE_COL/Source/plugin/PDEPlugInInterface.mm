@@ -7,6 +7,7 @@
 #include "panels/PresetConstraints.h"
 #include "plugin/PainChangeController.h"
 #include "profiles/ProfileListOperations.h"
+#include "profilewindow/ProfileControl.h"
 
 #include <cstdlib>
 
@@ -45,6 +46,8 @@
     PDEControlItem* tables[5] = {};
     SInt16 count = [painChange getControlDataEachView:tables count:5];
     compTable = [PDECommon commonControlTableCompound:tables count:count];
+    [profileControl setPMPrint:setting session:session];
+    [profileControl setConstTable:compTable];
     [painChange createPDEItemForPPDKeyEachView];
 }
 

@@ -1,4 +1,4 @@
-#import "profilewindow/IconedCell.h"
+#include "profilewindow/IconedCell.h"
 
 @implementation IconedCell
 

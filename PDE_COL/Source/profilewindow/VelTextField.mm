@@ -1,4 +1,4 @@
-#import "profilewindow/VelTextField.h"
+#include "profilewindow/VelTextField.h"
 
 #include "profilewindow/KeyFilters.h"
 
@@ -106,6 +106,17 @@ bool isWellFormed(const std::u16string& units, SInt32 maxLen, SInt32 maxExtensio
 }
 
 #pragma mark Editing
+
+/// A button of the window may want the key; while a person edits, Return and Escape belong to the text.
+- (BOOL)performKeyEquivalent:(NSEvent*)event
+{
+    NSString* key = [event charactersIgnoringModifiers];
+    bool ends = [key isEqualToString:@"\r"] || [key isEqualToString:@"\033"];
+    if (!ends || [self currentEditor] == nil)
+        return [super performKeyEquivalent:event];
+    [[self currentEditor] keyDown:event];
+    return YES;
+}
 
 - (BOOL)textShouldBeginEditing:(NSText*)textObject
 {

@@ -1,0 +1,142 @@
+#include "profilewindow/ProfileControl+Private.h"
+
+#include "profiles/DriverPaths.h"
+#include "profilewindow/ProfileEdits.h"
+
+@implementation ProfileControl (Editing)
+
+- (IBAction)profileMenu:(id)sender
+{
+    [_profileTableView deselectAll:nil];
+    [self vProfileSettingsClearEditText];
+    [self vHandlingButtonSetDisable:YES edit:NO delete:NO];
+    [_profileTableView reloadData];
+}
+
+#pragma mark Beginning an edit
+
+- (void)beginEdit:(SInt32)mode inField:(NSTextField*)field
+{
+    [_profileMenu setEnabled:NO];
+    [self vHandlingButtonSetDisable:NO edit:NO delete:NO];
+    buttonIdentify = mode;
+    [_profileManagementWindow makeFirstResponder:field];
+}
+
+- (IBAction)addButton:(id)sender
+{
+    [self vProfileSettingsClearEditText];
+    [self vProfileSettingsAllEnablePart];
+    // The file name enables it.
+    [_localOK setEnabled:NO];
+    [self beginEdit:kAdding inField:_fileNameEdit];
+}
+
+- (IBAction)editButton:(id)sender
+{
+    BOOL custom = [self isCustomProfile];
+    [self vProfileSettingsAllEnablePart];
+    if (custom) {
+        for (id control in @[ _fileNameText, _locationText, _fileNameEdit, _locationMenu, _browse ])
+            [control setEnabled:NO];
+    }
+    [self beginEdit:kEditing inField:custom ? _profileNameEdit : _fileNameEdit];
+}
+
+- (IBAction)browseButton:(id)sender
+{
+    NSOpenPanel* panel = [NSOpenPanel openPanel];
+    NSInteger answer = [panel runModalForDirectory:@(profileFolder().c_str()) file:nil types:nil];
+    NSString* name = [[[panel filenames] lastObject] lastPathComponent];
+    if (answer != NSOKButton || name == nil)
+        return;
+    [self setText:@"" ofField:_fileNameEdit];
+    [_localOK setEnabled:NO];
+    std::u16string units([name length], u'\0');
+    [name getCharacters:reinterpret_cast<unichar*>(units.data()) range:NSMakeRange(0, units.size())];
+    if (!isBrowsedNameAccepted(units))
+        return;
+    [self setText:name ofField:_fileNameEdit];
+    [_localOK setEnabled:YES];
+}
+
+#pragma mark Ending an edit
+
+/// The record to be written: a new one, or the selected one after it was noted as replaced.
+- (ProfileRecord*)editedRecordOf:(ProfileList*)list
+{
+    if (buttonIdentify == kAdding)
+        return addByHand(*list);
+    ProfileRecord* record = [self selectedRecord];
+    if (record != nullptr && [self usesPapLists])
+        appendCopy(*[self currentDeleteDict], *record);
+    return record;
+}
+
+/// Back to browsing, with nothing selected.
+- (void)endEdit
+{
+    [self vProfileSettingsClearEditText];
+    [_profileMenu setEnabled:YES];
+    [self vHandlingButtonSetDisable:YES edit:NO delete:NO];
+    [self vProfileSettingsAllDisablePart];
+    [_profileTableView reloadData];
+    [self selectNoRow];
+    buttonIdentify = kBrowsing;
+}
+
+- (IBAction)profileOK:(id)sender
+{
+    ProfileList* list = [self currentProfileDict];
+    std::string fileName = [[_fileNameEdit stringValue] UTF8String];
+    std::string profileName = [[_profileNameEdit stringValue] UTF8String];
+    if (list == nullptr || fileName.empty() || fileName[0] == '.')
+        return;
+    SInt32 location = [_locationMenu indexOfSelectedItem] != 0 ? kOnCard : kOnDisk;
+    long edited = buttonIdentify == kEditing ? [_profileTableView selectedRow] : -1;
+    if (rowWithFile(*list, fileName, location, edited) >= 0)
+        return;
+    ProfileRecord* record = [self editedRecordOf:list];
+    if (record == nullptr)
+        return;
+    if (buttonIdentify == kAdding || !isCustom(*record)) {
+        setNameField(record->FileName, fileName);
+        record->Location = location;
+    }
+    setNameField(record->ProfileName, profileName);
+    [self endEdit];
+}
+
+- (IBAction)profileCancel:(id)sender
+{
+    [self endEdit];
+}
+
+/// In an edit field Return and Escape, which a toolkit may also take for completion, are OK and Cancel of the
+/// edit area, not of the window.
+- (BOOL)control:(NSControl*)control textView:(NSTextView*)textView doCommandBySelector:(SEL)command
+{
+    if (sel_isEqual(command, @selector(insertNewline:)))
+        [_localOK performClick:nil];
+    else if (sel_isEqual(command, @selector(cancelOperation:)) || sel_isEqual(command, @selector(complete:)))
+        [_localCancel performClick:nil];
+    else
+        return NO;
+    return YES;
+}
+
+- (IBAction)deleteButton:(id)sender
+{
+    [self vHandlingButtonSetDisable:YES edit:NO delete:NO];
+    [self vProfileSettingsAllDisablePart];
+    ProfileRecord* record = [self selectedRecord];
+    if (record == nullptr)
+        return;
+    if ([self usesPapLists])
+        appendCopy(*[self currentDeleteDict], *record);
+    removeRow(*[self currentProfileDict], [_profileTableView selectedRow]);
+    [_profileTableView reloadData];
+    [_profileTableView deselectRow:[_profileTableView selectedRow]];
+}
+
+@end

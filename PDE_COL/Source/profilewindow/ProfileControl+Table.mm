@@ -1,0 +1,109 @@
+#include "profilewindow/ProfileControl+Private.h"
+
+#include "discovery/ProtocolCode.h"
+#include "profiles/DriverPaths.h"
+#include "profilewindow/ProfileEdits.h"
+
+#include <algorithm>
+
+namespace {
+
+/// Loaded once, as soon as the file is there; nil until then.
+NSImage* fileExistsImage()
+{
+    static NSImage* image = nil;
+    if (image == nil)
+        image = [[NSImage alloc] initWithContentsOfFile:@(fileExistsIcon().c_str())];
+    return image;
+}
+
+} // namespace
+
+@implementation ProfileControl (Table)
+
+- (NSInteger)numberOfRowsInTableView:(NSTableView*)tableView
+{
+    const ProfileList* list = [self currentProfileDict];
+    return list == nullptr ? 0 : std::clamp(list->iNum, 0, kProfileSlots);
+}
+
+- (NSString*)textOfLocation:(SInt32)location
+{
+    switch (location) {
+    case kOnDisk:
+        return [self localizedTitle:@"Disk"];
+    case kOnCard:
+        return [self localizedTitle:@"Card"];
+    default:
+        return @"";
+    }
+}
+
+- (id)tableView:(NSTableView*)tableView
+    objectValueForTableColumn:(NSTableColumn*)tableColumn
+                          row:(NSInteger)row
+{
+    NSString* column = [tableColumn identifier];
+    ProfileList* list = [self currentProfileDict];
+    const ProfileRecord* record = list == nullptr ? nullptr : recordAtRow(*list, row);
+    if (record == nullptr)
+        return nil;
+    if ([column isEqualToString:@"icon"]) {
+        bool walked = protocolType == kProtocolBonjour || protocolType == kProtocolLpd;
+        [[tableColumn dataCell] setImage:walked && isOnPrinter(*record) ? fileExistsImage() : nil];
+        return nil;
+    }
+    if ([column isEqualToString:@"filename"])
+        return [self textOfName:record->FileName];
+    if ([column isEqualToString:@"profilename"])
+        return [self textOfName:record->ProfileName];
+    if ([column isEqualToString:@"location"])
+        return [self textOfLocation:record->Location];
+    if ([column isEqualToString:@"inmenu"])
+        return [NSNumber numberWithInt:isListed(*record)];
+    return nil;
+}
+
+- (void)tableView:(NSTableView*)tableView
+    setObjectValue:(id)object
+    forTableColumn:(NSTableColumn*)tableColumn
+               row:(NSInteger)row
+{
+    ProfileList* list = [self currentProfileDict];
+    ProfileRecord* record = list == nullptr ? nullptr : recordAtRow(*list, row);
+    if (record != nullptr && [[tableColumn identifier] isEqualToString:@"inmenu"])
+        setListed(*record, [object intValue] != 0);
+}
+
+- (void)tableViewSelectionDidChange:(NSNotification*)notification
+{
+    if ([_profileTableView selectedRow] >= 0)
+        return;
+    if (buttonIdentify == kBrowsing)
+        [self vHandlingButtonSetDisable:YES edit:NO delete:NO];
+    [self vProfileSettingsClearEditText];
+}
+
+- (BOOL)selectionShouldChangeInTableView:(NSTableView*)tableView
+{
+    return buttonIdentify == kBrowsing;
+}
+
+- (BOOL)tableView:(NSTableView*)tableView shouldSelectRow:(NSInteger)row
+{
+    ProfileList* list = [self currentProfileDict];
+    const ProfileRecord* record = list == nullptr ? nullptr : recordAtRow(*list, row);
+    if (buttonIdentify == kBrowsing)
+        [self vHandlingButtonSetDisable:YES edit:YES delete:YES];
+    if (record == nullptr)
+        return YES;
+    if (isOnPrinter(*record))
+        [self vHandlingButtonSetDisable:YES edit:YES delete:NO];
+    [self setText:[self textOfName:record->FileName] ofField:_fileNameEdit];
+    [self setText:[self textOfName:record->ProfileName] ofField:_profileNameEdit];
+    if (record->Location == kOnDisk)
+        [_locationMenu selectItemAtIndex:0];
+    return YES;
+}
+
+@end

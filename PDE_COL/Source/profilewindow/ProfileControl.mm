@@ -1,0 +1,275 @@
+#include "profilewindow/ProfileControl+Private.h"
+
+#include "discovery/PDECommon+Discovery.h"
+#include "discovery/ProtocolCode.h"
+#include "panels/AdvancedColorOptions.h"
+#include "panels/PresetConstraints.h"
+#include "profiles/ProfileListOperations.h"
+#include "profilewindow/IconedCell.h"
+#include "profilewindow/KeyFilters.h"
+#include "profilewindow/ProfileEdits.h"
+
+#include <cstring>
+
+namespace {
+
+constexpr SInt32 kLongestFileName = 31, kLongestExtension = 3, kLongestProfileName = 30;
+constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
+
+} // namespace
+
+@implementation ProfileControl
+
+#pragma mark Static texts
+
+/// The interface file's titles are the keys of the texts.
+- (void)localizeTitlesIn:(NSView*)view
+{
+    if ([view isKindOfClass:[NSTableView class]]) {
+        for (NSTableColumn* column in [(NSTableView*)view tableColumns])
+            [[column headerCell] setStringValue:[self localizedTitle:[[column headerCell] stringValue]]];
+    } else if ([view isKindOfClass:[NSBox class]]) {
+        [(NSBox*)view setTitle:[self localizedTitle:[(NSBox*)view title]]];
+    } else if ([view isKindOfClass:[NSTextField class]] && ![(NSTextField*)view isEditable]) {
+        [(NSTextField*)view setStringValue:[self localizedTitle:[(NSTextField*)view stringValue]]];
+    } else if ([view isKindOfClass:[NSButton class]] && ![view isKindOfClass:[NSPopUpButton class]]) {
+        [(NSButton*)view setTitle:[self localizedTitle:[(NSButton*)view title]]];
+    }
+    for (NSView* subview in [view subviews])
+        [self localizeTitlesIn:subview];
+}
+
+- (void)awakeFromNib
+{
+    [self localizeTitlesIn:[_profileManagementWindow contentView]];
+    [_profileMenu removeAllItems];
+    for (NSString* list in @[ @"RGB", @"SIM", @"DST" ])
+        [_profileMenu addItemWithTitle:[self localizedTitle:list]];
+    [_fileNameEdit setDelegate:self];
+    [_profileNameEdit setDelegate:self];
+}
+
+- (NSString*)localizedTitle:(NSString*)key
+{
+    if ([key length] == 0)
+        return key;
+    return [[NSBundle bundleForClass:[self class]] localizedStringForKey:key value:nil table:nil];
+}
+
+#pragma mark The panel's calls
+
+- (void)setPMPrint:(PMPrintSettings)printSettings session:(PMPrintSession)printSession
+{
+    setting = printSettings;
+    session = printSession;
+}
+
+- (void)setConstTable:(const PDEControlItem*)table
+{
+    constTable = table;
+    constTableCount = 0;
+    while (table != nullptr && table[constTableCount].control != nil)
+        ++constTableCount;
+}
+
+- (IBAction)showProfileManagementWindow:(id)sender
+{
+    [self initWithProfileControl];
+    [_profileManagementWindow setTitle:[self localizedTitle:@"ProfileTitle"]];
+    // Centred after the run, so that it is the next run that finds the window in the middle.
+    [NSApp runModalForWindow:_profileManagementWindow];
+    [_profileManagementWindow center];
+}
+
+#pragma mark Preparation
+
+- (void)prepareControls
+{
+    NSString* disk = [self localizedTitle:@"Disk"];
+    if (disk != nil && [self localizedTitle:@"Card"] != nil) {
+        // Only profiles on the disk are registered by hand: the card is never offered.
+        [_locationMenu removeAllItems];
+        [_locationMenu addItemWithTitle:disk];
+    }
+    IconedCell* iconCell = [[[IconedCell alloc] init] autorelease];
+    [[_profileTableView tableColumnWithIdentifier:@"icon"] setDataCell:iconCell];
+    for (NSString* column in @[ @"filename", @"profilename", @"location" ]) {
+        NSCell* cell = [[_profileTableView tableColumnWithIdentifier:column] dataCell];
+        [cell setFont:[NSFont systemFontOfSize:kCellFontSize]];
+    }
+    [_profileMenu setEnabled:YES];
+    [_profileMenu selectItemAtIndex:kRgbList];
+    [self vProfileSettingsClearEditText];
+
+    [_fileNameEdit setMaxLength:kLongestFileName extension:kLongestExtension];
+    [_fileNameEdit setInputKey:kInputFileName];
+    [_fileNameEdit setOperateControl:_localOK];
+    [_profileNameEdit setMaxLength:kLongestProfileName extension:0];
+    [_profileNameEdit setInputKey:kInputAscii];
+
+    [self vHandlingButtonSetDisable:YES edit:NO delete:NO];
+    [_profileTableView setFont:[NSFont userFontOfSize:kTableFontSize]];
+    [self vProfileSettingsAllDisablePart];
+}
+
+- (void)readLists
+{
+    ProfileList* lists[kProfileListCount] = {&plistRGBDict, &plistSIMDict, &plistDSTDict};
+    ProfileList* deleted[kProfileListCount] = {&plistRGBDelete, &plistSIMDDelete, &plistDSTDelete};
+    for (SInt32 index = kRgbList; index < kProfileListCount; ++index) {
+        memset(lists[index], 0, sizeof *lists[index]);
+        memset(deleted[index], 0, sizeof *deleted[index]);
+        // A list that cannot be read is shown as far as it was read.
+        if ([self usesPapLists])
+            (void)VelPListReadProfile_Dict_Pap(lists[index], index);
+        else
+            (void)VelPListReadProfile_Dict(lists[index], index);
+    }
+}
+
+- (void)initWithProfileControl
+{
+    buttonIdentify = kBrowsing;
+    [onAdvancedView setControlValueToTicket];
+    protocolType = [PDECommon commoniGetProtocol:session];
+    [self prepareControls];
+    [self readLists];
+    [_profileTableView reloadData];
+    [self selectNoRow];
+}
+
+#pragma mark Closing
+
+- (void)closeWindow
+{
+    [NSApp stopModal];
+    [_profileManagementWindow close];
+}
+
+- (IBAction)profileWindowOK:(id)sender
+{
+    // A refused write goes unreported; the panel then shows the lists as they are.
+    if ([self usesPapLists])
+        (void)VelPListWriteProfile_All_Pap(&plistRGBDict, &plistSIMDict, &plistDSTDict, &plistRGBDelete,
+                                           &plistSIMDDelete, &plistDSTDelete);
+    else
+        (void)VelPListWriteProfile_All(&plistRGBDict, &plistSIMDict, &plistDSTDict);
+    [onAdvancedView createPDEItemForPPDKey];
+    [onAdvancedView getControlValueFromTicket];
+    if (constTable != nullptr)
+        vColorPresetConstraints(constTable);
+    [self closeWindow];
+}
+
+- (IBAction)profileWindowCancel:(id)sender
+{
+    [self closeWindow];
+}
+
+#pragma mark State of the controls
+
+- (void)vHandlingButtonSetDisable:(BOOL)add edit:(BOOL)edit delete:(BOOL)remove
+{
+    [_addButton setEnabled:add];
+    [_editButton setEnabled:edit];
+    [_deleteButton setEnabled:remove];
+}
+
+- (void)setText:(NSString*)text ofField:(VelTextField*)field
+{
+    [field setStringValue:text];
+    [field setOldString:text];
+}
+
+- (void)vProfileSettingsClearEditText
+{
+    [self setText:@"" ofField:_fileNameEdit];
+    [self setText:@"" ofField:_profileNameEdit];
+    [_locationMenu selectItemAtIndex:0];
+}
+
+- (void)enableEditArea:(BOOL)enabled
+{
+    for (id control in @[
+             _fileNameText, _profileNameText, _locationText, _fileNameEdit, _profileNameEdit, _locationMenu,
+             _browse, _localCancel, _localOK
+         ])
+        [control setEnabled:enabled];
+    // As long as there is an edit to end, Return and Escape end it, and not the window's run.
+    [_localOK setKeyEquivalent:enabled ? @"\r" : @""];
+    [_localCancel setKeyEquivalent:enabled ? @"\033" : @""];
+}
+
+- (void)vProfileSettingsAllDisablePart
+{
+    // A disabled field cannot keep the keyboard.
+    [_profileManagementWindow makeFirstResponder:_profileTableView];
+    [self enableEditArea:NO];
+}
+
+- (void)vProfileSettingsAllEnablePart
+{
+    [self enableEditArea:YES];
+}
+
+#pragma mark Lists
+
+- (BOOL)usesPapLists
+{
+    return protocolType == kProtocolAppleTalk || protocolType == kProtocolUsb;
+}
+
+- (ProfileList*)currentProfileDict
+{
+    switch ([_profileMenu indexOfSelectedItem]) {
+    case kRgbList:
+        return &plistRGBDict;
+    case kSimList:
+        return &plistSIMDict;
+    case kDstList:
+        return &plistDSTDict;
+    default:
+        return nullptr;
+    }
+}
+
+- (ProfileList*)currentDeleteDict
+{
+    switch ([_profileMenu indexOfSelectedItem]) {
+    case kRgbList:
+        return &plistRGBDelete;
+    case kSimList:
+        return &plistSIMDDelete;
+    case kDstList:
+        return &plistDSTDelete;
+    default:
+        return nullptr;
+    }
+}
+
+- (ProfileRecord*)selectedRecord
+{
+    ProfileList* list = [self currentProfileDict];
+    return list == nullptr ? nullptr : recordAtRow(*list, [_profileTableView selectedRow]);
+}
+
+- (BOOL)isCustomProfile
+{
+    const ProfileRecord* record = [self selectedRecord];
+    return record != nullptr && isCustom(*record);
+}
+
+- (void)selectNoRow
+{
+    [_profileTableView selectRowIndexes:[NSIndexSet indexSet] byExtendingSelection:NO];
+}
+
+- (NSString*)textOfName:(const char*)field
+{
+    NSString* text = [[[NSString alloc] initWithBytes:field
+                                               length:strnlen(field, kProfileNameSize)
+                                             encoding:NSUTF8StringEncoding] autorelease];
+    return text != nil ? text : @"";
+}
+
+@end
