@@ -147,8 +147,8 @@ Fault value(const std::string& text)
     if (text.size() < 2 || text[1] != ':')
         throw std::invalid_argument("it takes the letter of a type, a colon and a value, as in i:5");
     return {[value = parseObjectValue(text[0], text.substr(2))](netsnmp_pdu& pdu) {
-                clearError(pdu);
-                setValue(*pdu.variables, value);
+                if (pdu.errstat == SNMP_ERR_NOERROR)
+                    setValue(*pdu.variables, value);
             },
             nullptr};
 }
@@ -166,9 +166,9 @@ Fault decrease(const std::string&)
 {
     return {[](netsnmp_pdu& pdu) {
                 ObjectName name = nameOf(*pdu.variables);
-                if (name.back() >= 3)
-                    name.back() -= 2;
-                clearError(pdu);
+                if (pdu.errstat != SNMP_ERR_NOERROR || name.back() < 3)
+                    return;
+                name.back() -= 2;
                 setName(*pdu.variables, name);
             },
             nullptr};
@@ -194,7 +194,8 @@ Fault many(const std::string& value)
 {
     const long count = number(value, 1, 5000);
     return {[count](netsnmp_pdu& pdu) {
-                clearError(pdu);
+                if (pdu.errstat != SNMP_ERR_NOERROR)
+                    return;
                 const netsnmp_variable_list& first = *pdu.variables;
                 ObjectName name = nameOf(first);
                 for (long i = 1; i < count; ++i) {
@@ -243,7 +244,7 @@ constexpr Mode kModes[] = {
     {"error", "STATUS", "each answer carries the error status", error},
     {"empty", nullptr, "answers without a variable", empty},
     {"exception", "NAME", "the value is no-such-object, no-such-instance or end-of-mib-view", exception},
-    {"value", "TYPE:VALUE", "each answer has this value, in snmpset's notation", value},
+    {"value", "TYPE:VALUE", "each object has this value, in snmpset's notation", value},
     {"name", "NAME", "each answer has this name: below the table, or whole with a leading dot", name},
     {"decrease", nullptr, "from row 3 on, the row's number is two less", decrease},
     {"endless", nullptr, "the table goes on past its end, row by row", endless},

@@ -1,0 +1,289 @@
+#include "support/SimulatedPrinter.h"
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace {
+
+const std::string kTable = ".1.3.6.1.4.1.99999.1.1.1.1.6.13.1.1";
+
+using Lines = std::vector<std::string>;
+
+/// Asks with one of net-snmp's own commands, as the panel would: version 1, community "vislaq". `more` comes
+/// last, so that it can say otherwise. Nothing of this machine's configuration has a say.
+ProcessResult ask(const std::string& command, const SimulatedPrinter& printer, const Lines& more)
+{
+    Sandbox nothing;
+    ProcessOptions options;
+    options.environment = {"MIBS=", "SNMPCONFPATH=" + nothing.path().string(),
+                           "SNMP_PERSISTENT_DIR=" + nothing.path().string()};
+    Lines arguments = {command, "-On", "-t", "0.5", "-r", "0", "-v", "1", "-c", "vislaq"};
+    for (const std::string& word : more)
+        arguments.push_back(word == "AGENT" ? printer.address() : word);
+    return runProcess(arguments, options);
+}
+
+/// The objects that a command showed, names relative to the table.
+Lines shownBy(const ProcessResult& result)
+{
+    std::istringstream shown(result.out);
+    Lines lines;
+    for (std::string line; std::getline(shown, line);)
+        if (line.starts_with("."))
+            lines.push_back(line.starts_with(kTable + ".") ? line.substr(kTable.size() + 1) : line);
+    return lines;
+}
+
+Lines walk(const SimulatedPrinter& printer, const std::string& root = kTable)
+{
+    return shownBy(ask("snmpwalk", printer, {"AGENT", root}));
+}
+
+/// `lines` with one more at the end.
+Lines with(Lines lines, const std::string& last)
+{
+    lines.push_back(last);
+    return lines;
+}
+
+ProcessResult run(Lines arguments)
+{
+    arguments.insert(arguments.begin(), PDE_BUILD_DIR "/printer/r4270-printer");
+    return runProcess(arguments);
+}
+
+const char* const kTwoProfiles = "# Two of them.\n"
+                                 "profile 2 5 \"Coated \\\"A\\\" #1\" \"C#1.ICC\" 3  # the second row first\n"
+                                 "\n"
+                                 "profile 1 4 \"Büro\" \"OFFICE.ICC\" 1 9 -7\n";
+
+const Lines kTwoProfilesWalked = {
+    "1.1.1 = INTEGER: 1",
+    "1.1.2 = INTEGER: 2",
+    "2.1.1 = INTEGER: 4",
+    "2.1.2 = INTEGER: 5",
+    "3.1.1 = Hex-STRING: 42 C3 BC 72 6F ",
+    "3.1.2 = STRING: \"Coated \\\"A\\\" #1\"",
+    "4.1.1 = STRING: \"OFFICE.ICC\"",
+    "4.1.2 = STRING: \"C#1.ICC\"",
+    "5.1.1 = INTEGER: 1",
+    "5.1.2 = INTEGER: 3",
+    "6.1.1 = INTEGER: 9",
+    "6.1.2 = INTEGER: 0",
+    "7.1.1 = INTEGER: -7",
+    "7.1.2 = INTEGER: 0",
+};
+
+} // namespace
+
+TEST(SimulatedPrinter, ServesTheProfilesOfItsFileColumnByColumn)
+{
+    SimulatedPrinter printer(kTwoProfiles);
+    EXPECT_EQ(walk(printer), kTwoProfilesWalked) << printer.log();
+}
+
+TEST(SimulatedPrinter, GetAndGetNextAgreeWithTheWalk)
+{
+    SimulatedPrinter printer(kTwoProfiles);
+    std::string previous = kTable;
+    for (const std::string& line : walk(printer)) {
+        const std::string name = kTable + "." + line.substr(0, line.find(' '));
+        const std::string expected = kTable + "." + line + "\n";
+        EXPECT_EQ(ask("snmpget", printer, {"AGENT", name}).out, expected);
+        EXPECT_EQ(ask("snmpgetnext", printer, {"AGENT", previous}).out, expected);
+        previous = name;
+    }
+    for (const auto& [command, name] :
+         {std::pair("snmpget", kTable + ".1.1.3"), {"snmpget", kTable}, {"snmpgetnext", previous}}) {
+        const ProcessResult result = ask(command, printer, {"AGENT", name});
+        EXPECT_NE(result.err.find("noSuchName"), std::string::npos) << command << name << result.err;
+    }
+}
+
+TEST(SimulatedPrinter, ServesWhateverObjectsItsFileNames)
+{
+    std::string longest;
+    for (int i = 15; i < 128; ++i)
+        longest += i == 15 ? "9" : ".4294967295";
+    SimulatedPrinter printer("profile 1 4 \"Name\" \"FILE.ICC\" 1\n"
+                             "object 4.1.1 i 5\n"
+                             "object 1.1.4294967295 u 4294967295\n"
+                             "object 1.1.0 x \"41 00 42\"\n"
+                             "object 8 s plain\n"
+                             "object 8.1 s \"\"\n"
+                             "object " +
+                             longest +
+                             " o .1.3.6\n"
+                             "object .1.3.6.1.4.1.99999.2.0 t 100\n");
+    const Lines expected = {"1.1.0 = Hex-STRING: 41 00 42 ",
+                            "1.1.1 = INTEGER: 1",
+                            "1.1.4294967295 = Gauge32: 4294967295",
+                            "2.1.1 = INTEGER: 4",
+                            "3.1.1 = STRING: \"Name\"",
+                            "4.1.1 = INTEGER: 5",
+                            "5.1.1 = INTEGER: 1",
+                            "6.1.1 = INTEGER: 0",
+                            "7.1.1 = INTEGER: 0",
+                            "8 = STRING: \"plain\"",
+                            "8.1 = \"\"",
+                            longest + " = OID: .1.3.6",
+                            ".1.3.6.1.4.1.99999.2.0 = Timeticks: (100) 0:00:01.00"};
+    EXPECT_EQ(walk(printer, ".1.3.6.1.4.1.99999"), expected) << printer.log();
+}
+
+TEST(SimulatedPrinter, AnswersOnlyReadersOfVersion1WhoKnowTheCommunity)
+{
+    SimulatedPrinter printer(kTwoProfiles);
+    for (const Lines& who : {Lines{"-c", "public"}, {"-v", "2c"}, {"-c", "vislaq2"}}) {
+        const ProcessResult result = ask("snmpget", printer, {who[0], who[1], "AGENT", kTable + ".1.1.1"});
+        EXPECT_NE(result.err.find("Timeout"), std::string::npos) << who[1] << result.out << result.err;
+    }
+    EXPECT_NE(ask("snmpset", printer, {"AGENT", kTable + ".1.1.1", "i", "5"}).status, 0);
+    EXPECT_EQ(walk(printer), kTwoProfilesWalked);
+    SimulatedPrinter other(kTwoProfiles, {"--community", "other"});
+    EXPECT_EQ(ask("snmpget", other, {"-c", "other", "AGENT", kTable + ".1.1.1"}).status, 0) << other.log();
+}
+
+TEST(SimulatedPrinter, ReadsItsFileAgainAndKeepsTheOldTableWhenTheNewOneIsWrong)
+{
+    SimulatedPrinter printer("");
+    EXPECT_EQ(walk(printer), Lines());
+    printer.changeTable(kTwoProfiles);
+    EXPECT_EQ(walk(printer), kTwoProfilesWalked);
+    printer.changeTable("profile 1 4 \"Name\" \"FILE.ICC\" 1\nprofile 2\n");
+    EXPECT_NE(printer.log().find("table:2: the location is missing"), std::string::npos) << printer.log();
+    EXPECT_EQ(walk(printer), kTwoProfilesWalked);
+}
+
+TEST(SimulatedPrinter, SaysWhatIsWrongInWhichLine)
+{
+    Sandbox sandbox;
+    const std::pair<const char*, const char*> cases[] = {
+        {"\n# fine\nprofil 1", ":3: a line begins with \"profile\" or \"object\", not with \"profil\""},
+        {"profile x", ":1: the row is not a number in range: x"},
+        {"profile -1", ":1: the row is not"},
+        {"profile 1 99999999999", ":1: the location is not a number in range"},
+        {"profile 1 4 Name", ":1: the profile name is missing or not in double quotes"},
+        {"profile 1 4 \"Name\" \"FILE", ":1: the file name has no closing quote"},
+        {"profile 1 4 \"N\" \"F\" 1 2 3 4", ":1: there is more in the line"},
+        {"profile 1 4 \"N\" \"F\" 1\nprofile 1 4 \"N\" \"F\" 1", ":2: row 1 is there already"},
+        {"object 1.1.1", ":1: an object has a name, the letter of a type and a value"},
+        {"object 1..1 i 5", ":1: not a dotted object name: 1..1"},
+        {"object 1.4294967296 i 5", ":1: not a dotted object name"},
+        {"object .1.3.6.1.2.1.1.1.0 s text", ":1: the name is not below .1.3.6.1.4.1.99999"},
+        {"object 1.1.1 i five", ":1: not a value of the type i: five"},
+        {"object 1.1.1 q 5", ":1: not a value of the type q: 5"},
+    };
+    for (const auto& [table, message] : cases) {
+        const std::string file = sandbox.write("table", table);
+        const ProcessResult result = run({"--port", std::to_string(freePort()), "--exit-after", "5", file});
+        EXPECT_EQ(result.status, 1) << table;
+        EXPECT_NE(result.err.find(file + message), std::string::npos) << table << "\n" << result.err;
+    }
+}
+
+TEST(SimulatedPrinter, RefusesWhatItCannotDo)
+{
+    SimulatedPrinter printer(kTwoProfiles);
+    Sandbox sandbox;
+    const std::string table = sandbox.write("table", "");
+    const std::pair<Lines, const char*> cases[] = {
+        {{table, "--port", std::to_string(printer.port())}, "Address already in use"},
+        {{table, "--address", "192.0.2.1", "--port", "9999"}, "cannot listen at 192.0.2.1:9999"},
+        {{table, "--address", "printer.example"}, "not an IPv4 address: printer.example"},
+        {{table, "--port", "0"}, "--port"},
+        {{table, "--fault", "sulk"}, "there is no fault \"sulk\""},
+        {{table, "--fault", "late"}, "fault late: it takes a value"},
+        {{table, "--fault", "late:soon"}, "fault late: it takes a number from 0 to 600000"},
+        {{table, "--fault", "silent:1"}, "fault silent: it takes no value"},
+        {{(sandbox / "none").string()}, "No such file or directory"},
+        {{}, "TABLE"},
+    };
+    for (auto [arguments, message] : cases) {
+        arguments.insert(arguments.end(), {"--exit-after", "5"});
+        const ProcessResult result = run(arguments);
+        EXPECT_NE(result.status, 0) << message;
+        EXPECT_NE(result.err.find(message), std::string::npos) << message << "\n" << result.err;
+    }
+}
+
+TEST(SimulatedPrinter, IsQuietAndLeavesTheSystemsSnmpFilesAlone)
+{
+    Sandbox sandbox;
+    sandbox.write("snmp/r4270-printer.conf", "rocommunity public\n");
+    sandbox.write("snmp/snmp.conf", "mibs :\nsomething odd\n");
+    std::filesystem::create_directory(sandbox / "state");
+    ProcessOptions options;
+    options.environment = {"SNMPCONFPATH=" + (sandbox / "snmp").string(),
+                           "SNMP_PERSISTENT_DIR=" + (sandbox / "state").string(),
+                           "HOME=" + sandbox.path().string()};
+    const ProcessResult result =
+        runProcess({PDE_BUILD_DIR "/printer/r4270-printer", "--port", std::to_string(freePort()),
+                    "--exit-after", "1", PDE_SOURCE_DIR "/printer/profiles.sample"},
+                   options);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out + result.err, "");
+    EXPECT_TRUE(std::filesystem::is_empty(sandbox / "state"));
+}
+
+TEST(SimulatedPrinter, MisbehavesAsItIsTold)
+{
+    const Lines allButTheLast(kTwoProfilesWalked.begin(), kTwoProfilesWalked.end() - 1);
+    // What snmpwalk shows of the two profiles, and what it says at the end.
+    const struct {
+        Lines options;
+        Lines shown;
+        const char* said;
+    } cases[] = {
+        {{"silent"}, {}, "Timeout"},
+        {{"silent", "--fault-after", "2"}, {kTwoProfilesWalked[0], kTwoProfilesWalked[1]}, "Timeout"},
+        {{"late:2000"}, {}, "Timeout"},
+        {{"late:1"}, kTwoProfilesWalked, ""},
+        {{"twice"}, kTwoProfilesWalked, ""},
+        {{"from:127.0.0.2"}, kTwoProfilesWalked, ""},
+        {{"truncate"}, {}, "Timeout"},
+        {{"truncate:0"}, {}, "Timeout"},
+        {{"error:5"}, {}, "genError"},
+        {{"error:77"}, {}, "Unknown Error"},
+        {{"error:0"}, with(kTwoProfilesWalked, "7.1.2 = NULL"), "OID not increasing"},
+        {{"exception:end-of-mib-view"},
+         {"1.1.1 = No more variables left in this MIB View (It is past the end of the MIB tree)"},
+         ""},
+        {{"value:s:text", "--fault-after", "13"}, with(allButTheLast, "7.1.2 = STRING: \"text\""), ""},
+        {{"value:x:00 FF", "--fault-after", "13"}, with(allButTheLast, "7.1.2 = Hex-STRING: 00 FF "), ""},
+        {{"name:8.1.2147483648"},
+         {"8.1.2147483648 = INTEGER: 1", "8.1.2147483648 = INTEGER: 1"},
+         "OID not increasing"},
+        {{"name:.1.3.6.1.4.1.99999.2"}, {".1.3.6.1.4.1.99999.2 = INTEGER: 1"}, ""},
+        {{"many:2", "--fault-after", "13"}, with(kTwoProfilesWalked, "7.1.3 = INTEGER: 0"), ""},
+        {{"request-id"}, {}, "Timeout"},
+        {{"community:other"}, kTwoProfilesWalked, ""},
+        {{"version2"}, {}, "Timeout"},
+    };
+    for (const auto& c : cases) {
+        Lines options = c.options;
+        options.insert(options.begin(), "--fault");
+        SimulatedPrinter printer(kTwoProfiles, options);
+        const ProcessResult result = ask("snmpwalk", printer, {"AGENT", kTable});
+        EXPECT_EQ(shownBy(result), c.shown) << c.options[0];
+        EXPECT_NE((result.out + result.err).find(c.said), std::string::npos) << c.options[0] << result.err;
+        EXPECT_TRUE(printer.running()) << c.options[0] << printer.log();
+    }
+}
+
+TEST(SimulatedPrinter, GoesOnAndBackAndNowhere)
+{
+    SimulatedPrinter endless(kTwoProfiles, {"--fault", "endless"});
+    EXPECT_EQ(ask("snmpgetnext", endless, {"AGENT", kTable + ".7.1.5000"}).out,
+              kTable + ".7.1.5001 = INTEGER: 1\n");
+    SimulatedPrinter decrease("profile 3 4 \"Name\" \"FILE.ICC\" 1\n", {"--fault", "decrease"});
+    EXPECT_EQ(ask("snmpgetnext", decrease, {"AGENT", kTable + ".1.1.2"}).out,
+              kTable + ".1.1.1 = INTEGER: 3\n");
+    SimulatedPrinter empty(kTwoProfiles, {"--fault", "empty"});
+    EXPECT_EQ(ask("snmpgetnext", empty, {"AGENT", kTable}).out, "");
+    SimulatedPrinter noise(kTwoProfiles, {"--fault", "noise:4"});
+    for (int i = 0; i < 5; ++i)
+        ask("snmpgetnext", noise, {"-t", "0.1", "AGENT", kTable});
+    EXPECT_TRUE(noise.running()) << noise.log();
+}
