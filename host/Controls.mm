@@ -35,6 +35,7 @@ NSButton* makeButton(NSRect frame, NSString* title, id target, SEL action)
     NSButton* button = [[[NSButton alloc] initWithFrame:frame] autorelease];
     [button setTitle:title];
     [button setFont:[NSFont systemFontOfSize:12]];
+    [button setBezelStyle:NSRoundedBezelStyle];
     [button setTarget:target];
     [button setAction:action];
     return button;
@@ -44,6 +45,7 @@ NSPopUpButton* makePopUp(NSRect frame, id target, SEL action)
 {
     NSPopUpButton* popUp = [[[NSPopUpButton alloc] initWithFrame:frame pullsDown:NO] autorelease];
     [popUp setFont:[NSFont systemFontOfSize:12]];
+    [popUp setBezelStyle:NSRoundedBezelStyle];
     [popUp setTarget:target];
     [popUp setAction:action];
     return popUp;

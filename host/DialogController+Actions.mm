@@ -121,10 +121,7 @@ static NSString* const kDeletePreset = @"Delete Preset";
 {
     if ([self panel] == nil || ![self printerHasPanelOptions])
         return;
-    if ([[window_ pages] indexOfSelectedItem] == 1)
-        [self showSummary];
-    else
-        [window_ showPage:[[self panel] panelView]];
+    [self showPageAtIndex:[[window_ pages] indexOfSelectedItem]];
 }
 
 - (void)cancel:(id)sender

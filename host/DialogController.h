@@ -37,6 +37,10 @@
 - (PlugIn*)plugIn;
 /// Puts the panel's view into the window and gives it.
 - (NSView*)showPanelView;
+/// 0 the panel, 1 the summary.
+- (void)showPageAtIndex:(NSInteger)index;
+/// Shows the panel when the window has no page yet.
+- (void)showSomePage;
 - (void)terminatePanel;
 
 - (PMSettingsObject*)settings;

@@ -112,6 +112,21 @@ static NSString* printerError(const Options& options, NSString* reason)
     return view;
 }
 
+- (void)showPageAtIndex:(NSInteger)index
+{
+    [[window_ pages] selectItemAtIndex:index];
+    if (index == 1)
+        [self showSummary];
+    else
+        [self showPanelView];
+}
+
+- (void)showSomePage
+{
+    if (![window_ hasPage])
+        [self showPanelView];
+}
+
 - (void)terminatePanel
 {
     if (session_ == nil)

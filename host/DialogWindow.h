@@ -37,6 +37,7 @@
 - (NSPopUpButton*)pages;
 /// Puts `view` in place of the page; the window fits itself around it. Nil leaves an empty page.
 - (void)showPage:(NSView*)view;
+- (BOOL)hasPage;
 - (NSSize)pageSize;
 /// Shows a text in place of a page.
 - (void)showNotice:(NSString*)text;

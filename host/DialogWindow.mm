@@ -118,6 +118,11 @@ static const int kMostCopies = 9999;
     return pages_;
 }
 
+- (BOOL)hasPage
+{
+    return page_ != nil;
+}
+
 - (NSSize)pageSize
 {
     return page_ != nil ? [page_ frame].size : NSMakeSize(kLeastWidth - 2 * kMargin, kEmptyPageHeight);

@@ -81,11 +81,18 @@ Json job(DialogController* dialog, std::string)
 
 Json screenshot(DialogController* dialog, std::string file)
 {
-    if ([dialog panel] != nil && ![[dialog frontWindow] isEqual:[NSApp modalWindow]])
-        [dialog showPanelView];
+    [dialog showSomePage];
     if (!writeScreenshot([dialog frontWindow], stringOf(file)))
         return errorAnswer(file + ": the picture cannot be taken or written");
     return {{"screenshot", file}};
+}
+
+Json page(DialogController* dialog, std::string name)
+{
+    if (name != "panel" && name != "summary")
+        return errorAnswer("page panel or page summary");
+    [dialog showPageAtIndex:name == "summary" ? 1 : 0];
+    return {{"page", name}};
 }
 
 Json answerBrowse(DialogController*, std::string path)
@@ -286,6 +293,7 @@ constexpr Command kCommands[] = {
     {"terminate", terminate, kPanel | kNoModal},
     {"summary", summary, kPanel},
     {"shown", shown, kPanel},
+    {"page", page, kPanel | kNoModal},
     {"controls", controls, kPanel},
     {"choose", choose, kPanel | kNoModal},
     {"check", check, kPanel | kNoModal},

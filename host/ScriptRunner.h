@@ -11,10 +11,10 @@
     DialogController* dialog_;
     int file_;
     bool atEnd_;
-    std::string unread_; ///< bytes that are not yet a whole line
-    std::string open_;   ///< the line that is being carried out and is not answered yet
+    std::string unread_;    ///< bytes that are not yet a whole line
+    std::string open_;      ///< the line that is being carried out and is not answered yet
     NSWindow* modalBefore_; ///< the modal window when that line began
-    int depth_;          ///< lines that are being carried out, one inside the modal loop of another
+    int depth_;             ///< lines that are being carried out, one inside the modal loop of another
     bool failed_;
 }
 /// `file` is a descriptor.

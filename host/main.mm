@@ -1,3 +1,4 @@
+#include "Appearance.h"
 #include "DialogController.h"
 #include "Json.h"
 #include "ScriptRunner.h"
@@ -41,15 +42,6 @@ extern char** environ;
 
 @end
 
-/// The look of a desktop program: no application icon window, scrollers at the right.
-static void registerDefaults()
-{
-    NSDictionary* defaults =
-        [NSDictionary dictionaryWithObjectsAndKeys:@"YES", @"GSSuppressAppIcon", @"NSWindows95InterfaceStyle",
-                                                   @"NSInterfaceStyleDefault", nil];
-    [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
-}
-
 int main(int argc, char** argv)
 {
     Options options;
@@ -66,7 +58,7 @@ int main(int argc, char** argv)
     char* toolkitArguments[] = {argv[0], nullptr};
     [NSProcessInfo initializeWithArguments:toolkitArguments count:1 environment:environ];
     @autoreleasepool {
-        registerDefaults();
+        registerAppearance();
         @try {
             [NSApplication sharedApplication];
         } @catch (NSException* exception) {
@@ -74,6 +66,7 @@ int main(int argc, char** argv)
                     textOf([exception reason]).c_str());
             return EXIT_FAILURE;
         }
+        applyColors();
         Starter* starter = [[Starter alloc] init];
         starter->options = options;
         starter->script = script;
