@@ -138,8 +138,6 @@ uid_t privilegedUser()
 
 bool becomeRealUser()
 {
-    for (const Limit& limit : limits)
-        (void)setrlimit(limit.resource, &limit.caller);
     alarm(0);
     struct sigaction standard = {};
     standard.sa_handler = SIG_DFL;
@@ -147,7 +145,11 @@ bool becomeRealUser()
     sigaction(SIGXFSZ, &standard, nullptr);
     uid_t user = getuid();
     gid_t group = getgid();
-    if (seteuid(privileged) != 0 || setresgid(group, group, group) != 0 || setresuid(user, user, user) != 0)
+    if (seteuid(privileged) != 0)
+        return false;
+    for (const Limit& limit : limits)
+        (void)setrlimit(limit.resource, &limit.caller); // root may, and another can only keep his own
+    if (setresgid(group, group, group) != 0 || setresuid(user, user, user) != 0)
         return false;
     return user == 0 || (setuid(0) != 0 && seteuid(0) != 0);
 }

@@ -1,0 +1,157 @@
+// A kill or a failing call at each step of a command, a full disk: the list is the old one or the new one,
+// the marker appears only with the new one, and the next write works.
+#include "helper/HelperTest.h"
+
+#include <fstream>
+#include <functional>
+#include <map>
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class HelperFaultTest : public HelperTest {
+protected:
+    struct Case {
+        Strings command;
+        std::function<void()> prepare;
+        std::string file;          ///< which the command replaces
+        std::string before, after; ///< what it holds
+    };
+
+    std::vector<Case> cases()
+    {
+        auto lists = [this](int now, int copy) {
+            for (const fs::path& left : fs::directory_iterator(folder))
+                fs::remove(left);
+            sandbox.write(fs::relative(current, root), listText(now));
+            sandbox.write(fs::relative(previous, root), listText(copy));
+        };
+        auto staged = [=, this] {
+            lists(1, 1);
+            ASSERT_TRUE(stage(listText(2)));
+        };
+        return {{{kRename, url}, staged, current, listText(1), listText(2)},
+                {{kWrite, url, listText(2)}, [=] { lists(1, 1); }, current, listText(1), listText(1)},
+                {{kSwap, "2", current, previous}, [=] { lists(2, 1); }, previous, listText(1), listText(2)}};
+    }
+
+    Strings tracing(const Strings& options, const Strings& command) const
+    {
+        Strings helper = {program};
+        helper.insert(helper.end(), command.begin(), command.end());
+        return traced(options, helper);
+    }
+
+    // How often a command makes each system call.
+    std::map<std::string, int> systemCalls(const Case& each)
+    {
+        each.prepare();
+        ProcessOptions options;
+        options.environment = {"PDE_ROOT=" + root.string()};
+        std::string log = root / "trace";
+        runProcess(tracing({"-o", log}, each.command), options);
+        std::map<std::string, int> calls;
+        std::ifstream lines(log);
+        for (std::string line; std::getline(lines, line);)
+            if (size_t end = line.find('('); end != std::string::npos && line.find(' ') > end)
+                ++calls[line.substr(0, end)];
+        return calls;
+    }
+
+    // Runs the command with `fault` at the given call and looks at what stands then.
+    void injectAt(const Case& each, const std::string& call, int number, const std::string& fault)
+    {
+        SCOPED_TRACE(each.command[0] + ": " + fault + " at " + call + " " + std::to_string(number));
+        each.prepare();
+        ProcessOptions options;
+        options.environment = {"PDE_ROOT=" + root.string()};
+        std::string inject = call + ":" + fault + ":when=" + std::to_string(number);
+        ProcessResult result = runProcess(
+            tracing({"-o", "/dev/null", "-e", "trace=" + call, "-e", "inject=" + inject}, each.command),
+            options);
+        failed += result.out.find("=TRUE") == std::string::npos;
+        std::string now = readFile(each.file);
+        EXPECT_TRUE(now == each.before || now == each.after) << now.size();
+        if (result.out.find("=TRUE") != std::string::npos)
+            EXPECT_EQ(now, each.after);
+        else if (result.status == 1 && call != "write" && call != "setresuid")
+            EXPECT_EQ(now, each.before) << "no marker, but the new list stands";
+        EXPECT_EQ(readFile(current), each.file == current ? now : listText(each.file == previous ? 2 : 1));
+        EXPECT_TRUE(write(listText(3)) && readFile(current) == listText(3)) << "the next write";
+    }
+
+    void injectEverywhere(const std::string& fault)
+    {
+        if (tracing({}, {}).empty())
+            GTEST_SKIP() << "strace cannot trace here";
+        for (const Case& each : cases()) {
+            std::map<std::string, int> calls = systemCalls(each);
+            EXPECT_GT(calls.size(), 20U);
+            for (auto [call, count] : calls) {
+                // The many calls that settle the process, long before a file is touched, are alike.
+                int most =
+                    call.starts_with("rt_") || call.starts_with("m") || call == "prlimit64" ? 2 : count;
+                for (int number = 1; number <= most && !HasFailure(); ++number)
+                    injectAt(each, call, number, fault);
+            }
+        }
+        EXPECT_GT(failed, 50) << "the faults did happen";
+    }
+
+    int failed = 0; ///< commands that an injected fault kept from succeeding
+};
+
+} // namespace
+
+TEST_F(HelperFaultTest, AKillAtAnySystemCallLeavesAWholeList)
+{
+    injectEverywhere("signal=KILL");
+}
+
+TEST_F(HelperFaultTest, AnErrorOfAnySystemCallLeavesAWholeList)
+{
+    injectEverywhere("error=EIO");
+}
+
+TEST_F(HelperFaultTest, InterruptedAndOutOfSpaceWritesLeaveAWholeList)
+{
+    if (tracing({}, {}).empty())
+        GTEST_SKIP() << "strace cannot trace here";
+    for (const Case& each : cases())
+        for (auto [call, count] : systemCalls(each))
+            for (const std::string file :
+                 {"write", "fsync", "openat", "renameat", "fchmod", "flock", "pread64"})
+                for (int number = 1; call == file && number <= count; ++number)
+                    for (const char* fault : {"error=EINTR", "error=ENOSPC", "error=EMFILE"})
+                        injectAt(each, call, number, fault);
+}
+
+TEST_F(HelperFaultTest, AFullDiskFailsTheWriteAndKeepsTheList)
+{
+    if (getuid() != 0 || unshare(CLONE_NEWNS) != 0 ||
+        mount("", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        GTEST_SKIP() << "a small file system of its own needs root and mount namespaces";
+    ASSERT_EQ(mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=256k,mode=755"), 0);
+    ASSERT_TRUE(write(listText(1)));
+    ASSERT_TRUE(stage(listText(2)));
+    std::string piece(100000, ' ');
+    EXPECT_TRUE(confirms({kWrite, url, piece}));
+    EXPECT_TRUE(confirms({kWrite, url, piece}));
+    EXPECT_FALSE(confirms({kWrite, url, piece}));
+    EXPECT_FALSE(rename());
+    EXPECT_EQ(readFile(current), listText(1));
+    {
+        std::ofstream filler(folder / "filler");
+        filler << std::string(300000, 'f');
+    }
+    EXPECT_FALSE(stage(listText(2)));
+    expectRefused({kSwap, "2", current, previous});
+    EXPECT_EQ(readFile(current), listText(1));
+    fs::remove(folder / "filler");
+    EXPECT_TRUE(write(listText(2)));
+    umount(folder.c_str());
+}
