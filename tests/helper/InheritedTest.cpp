@@ -107,9 +107,9 @@ TEST_F(HelperInheritsTest, SignalsTimersMaskAndFolderAreItsOwn)
             itimerval soon = {{0, 1000}, {0, 1000}};
             setitimer(ITIMER_PROF, &soon, nullptr);
             setitimer(ITIMER_VIRTUAL, &soon, nullptr);
-            umask(mask);
             if (mkdir("gone", 0700) == 0 && chdir("gone") == 0)
                 rmdir("../gone");
+            umask(mask);
         };
     };
     ASSERT_EQ(chdir(root.c_str()), 0);
