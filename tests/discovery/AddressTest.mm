@@ -1,43 +1,14 @@
 #include "discovery/PDECommon+Discovery.h"
 
+#include "PrinterSession.h"
 #include "profiles/DriverPaths.h"
 #include "support/PrivateAvahi.h"
 #include "support/SimulatedPrinter.h"
 
-#include <PrintingObjects.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 
 namespace {
-
-NSString* text(const char* utf8)
-{
-    return utf8 != nullptr ? [NSString stringWithUTF8String:utf8] : nil;
-}
-
-/// A session for a printer with a device URI; null means one without.
-class Session {
-public:
-    explicit Session(const char* uri)
-    {
-        NSString* ppd = text(PDE_SOURCE_DIR "/printer/R4270.ppd");
-        printer_ = [[PMPrinterObject alloc] initWithIdentifier:@"queue"
-                                                     deviceURI:text(uri)
-                                                          file:ppd
-                                                         error:nullptr];
-        session_ = [[PMSessionObject alloc] initWithPrinter:printer_];
-    }
-    ~Session()
-    {
-        [session_ release];
-        [printer_ release];
-    }
-    PMPrintSession handle() const { return [session_ handle]; }
-
-private:
-    PMPrinterObject* printer_;
-    PMSessionObject* session_;
-};
 
 /// In place of the helper, a script that keeps the commands it gets: what is looked at here is what it is
 /// asked.
@@ -64,7 +35,7 @@ protected:
         @autoreleasepool {
             const std::string log = helperExecutable() + ".log";
             std::filesystem::remove(log);
-            EXPECT_EQ([PDECommon commonGetProfilesFromMIB:Session(uri).handle()], 0);
+            EXPECT_EQ([PDECommon commonGetProfilesFromMIB:PrinterSession(uri).handle()], 0);
             std::string asked = readFile(log);
             const size_t swap = asked.find("velPListSwapProfile_XPC|2|");
             EXPECT_NE(swap, asked.npos) << asked;
@@ -109,8 +80,8 @@ TEST_F(AddressTest, ProtocolComesFromTheSchemeAtTheVeryStart)
     @autoreleasepool {
         for (const auto& c : cases) {
             const char* shown = c.uri != nullptr ? c.uri : "(none)";
-            EXPECT_EQ([PDECommon commoniGetProtocolByUrl:text(c.uri)], c.code) << shown;
-            EXPECT_EQ([PDECommon commoniGetProtocol:Session(c.uri).handle()], c.code) << shown;
+            EXPECT_EQ([PDECommon commoniGetProtocolByUrl:stringOf(c.uri)], c.code) << shown;
+            EXPECT_EQ([PDECommon commoniGetProtocol:PrinterSession(c.uri).handle()], c.code) << shown;
         }
         PMSessionObject* bare = [[[PMSessionObject alloc] initWithPrinter:nil] autorelease];
         EXPECT_EQ([PDECommon commoniGetProtocol:[bare handle]], -1);
@@ -165,6 +136,6 @@ TEST_F(AddressTest, WhatTheHelperSaysOfTheWalkDoesNotMatter)
     }
     std::filesystem::remove(helperExecutable());
     @autoreleasepool {
-        EXPECT_EQ([PDECommon commonGetProfilesFromMIB:Session("lpd://host/q").handle()], 0);
+        EXPECT_EQ([PDECommon commonGetProfilesFromMIB:PrinterSession("lpd://host/q").handle()], 0);
     }
 }
