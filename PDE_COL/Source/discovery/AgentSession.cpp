@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <sched.h>
+#include <sys/socket.h>
+#include <utility>
 
 using namespace std::chrono;
 
@@ -25,6 +28,24 @@ bool sameAddress(const netsnmp_sockaddr_storage& a, const netsnmp_sockaddr_stora
         return a.sin.sin_port == b.sin.sin_port && a.sin.sin_addr.s_addr == b.sin.sin_addr.s_addr;
     return a.sa.sa_family == AF_INET6 && a.sin6.sin6_port == b.sin6.sin6_port &&
            std::memcmp(&a.sin6.sin6_addr, &b.sin6.sin6_addr, sizeof a.sin6.sin6_addr) == 0;
+}
+
+using SendFunction = decltype(netsnmp_transport::f_send);
+SendFunction sendPacket = nullptr;
+
+// How long a sent request is waited for awake. A printer nearby answers before a process has gone to sleep
+// and been woken again, and a full table is 3500 requests.
+constexpr auto kAwake = microseconds(100);
+
+int sendAndStayAwake(netsnmp_transport* transport, const void* packet, int size, void** opaque, int* length)
+{
+    int sent = sendPacket(transport, packet, size, opaque, length);
+    auto end = steady_clock::now() + kAwake;
+    char any;
+    while (sent >= 0 && recv(transport->sock, &any, sizeof any, MSG_PEEK | MSG_DONTWAIT) < 0 &&
+           steady_clock::now() < end)
+        sched_yield();
+    return sent;
 }
 
 // Runs for every packet, before it is parsed.
@@ -75,6 +96,8 @@ AgentSession::AgentSession(netsnmp_session& wanted, steady_clock::time_point end
     if (session_ == nullptr)
         return;
     openSession = snmp_sess_pointer(session_);
+    netsnmp_transport* transport = snmp_sess_transport(openSession);
+    sendPacket = std::exchange(transport->f_send, sendAndStayAwake);
     usualTimeout = session_->timeout;
     usualRetries = session_->retries;
 }

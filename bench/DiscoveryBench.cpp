@@ -1,0 +1,130 @@
+#include "profiles/DriverPaths.h"
+#include "support/Process.h"
+#include "support/Sandbox.h"
+#include "support/SnmpAgent.h"
+
+#include <arpa/inet.h>
+#include <benchmark/benchmark.h>
+#include <filesystem>
+#include <memory>
+#include <sys/socket.h>
+#include <unistd.h>
+
+// The walk of a full profile table, 500 rows of 7 columns, next to what it is measured against: net-snmp's
+// own walk of the same table, and the same packets in a bare loop. All three ask the same simulated printer.
+
+namespace {
+
+constexpr int kRows = 500;
+constexpr int kColumns = 7;
+constexpr char kTable[] = "1.3.6.1.4.1.99999.1.1.1.1.6.13.1.1";
+
+/// The simulated printer with a full table, and a root with this build's helper and walker.
+class Bench {
+public:
+    explicit Bench(const std::vector<std::string>& printerOptions = {})
+        : helpers_(helperFolder()), root_("PDE_ROOT", (sandbox_ / "root").string()),
+          configuration_("SNMPCONFPATH", (sandbox_ / "snmp").string())
+    {
+        std::filesystem::create_directories(helperFolder().parent_path());
+        std::filesystem::create_directory_symlink(helpers_, helperFolder());
+        std::filesystem::create_directories(preferencesFolder());
+        sandbox_.write("snmp/snmp.conf", "defaultPort " + std::to_string(port_) + "\n");
+        std::string table;
+        for (int row = 1; row <= kRows; ++row) {
+            std::string number = std::to_string(row);
+            table += "profile " + number + " 4 \"Office Proof Coated " + number + "\" \"PROFILE" + number +
+                     ".ICC\" " + std::to_string(row % 3 + 1) + "\n";
+        }
+        std::vector<std::string> command = {PDE_PRINTER, "--port", std::to_string(port_)};
+        command.insert(command.end(), printerOptions.begin(), printerOptions.end());
+        command.push_back(sandbox_.write("table", table));
+        printer_ = std::make_unique<BackgroundProcess>(command, (sandbox_ / "log").string());
+        sleepMilliseconds(300); // until it listens
+    }
+
+    int port() const { return port_; }
+
+private:
+    static std::filesystem::path helperFolder()
+    {
+        return std::filesystem::path(helperExecutable()).parent_path().parent_path().parent_path();
+    }
+
+    Sandbox sandbox_;
+    std::filesystem::path helpers_;
+    ScopedVariable root_, configuration_;
+    int port_ = freePort();
+    std::unique_ptr<BackgroundProcess> printer_;
+};
+
+void discover(benchmark::State& state, const char* reply)
+{
+    ProcessResult result = runProcess({helperExecutable(), "mibwalk_XPC", "R4270", loginName(), "snmpwalk",
+                                       "-Os", "-c", "vislaq", "-v", "1", "127.0.0.1", kTable});
+    if (result.out != reply)
+        state.SkipWithError("not the walk that was to be measured");
+}
+
+void walkInABareLoop(benchmark::State& state)
+{
+    Bench bench;
+    std::vector<std::string> requests;
+    SnmpMessage request;
+    request.pdu = kSnmpGetNext;
+    for (uint32_t column = 1; column <= kColumns; ++column) {
+        for (uint32_t row = 0; row < kRows; ++row) {
+            request.requestId = static_cast<int32_t>(0x10000000 + requests.size());
+            request.variables = {{profileCell(column, row), ber(kSnmpNull, "")}};
+            requests.push_back(request.encoded());
+        }
+    }
+    sockaddr_in printer{};
+    printer.sin_family = AF_INET;
+    printer.sin_port = htons(static_cast<uint16_t>(bench.port()));
+    printer.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    int client = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    (void)connect(client, reinterpret_cast<sockaddr*>(&printer), sizeof printer);
+    for (auto _ : state) {
+        for (const std::string& packet : requests) {
+            char answer[2048];
+            if (send(client, packet.data(), packet.size(), 0) < 0 ||
+                recv(client, answer, sizeof answer, 0) <= 0)
+                state.SkipWithError("the printer does not answer");
+        }
+    }
+    close(client);
+}
+BENCHMARK(walkInABareLoop)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void walkWithSnmpwalk(benchmark::State& state)
+{
+    Bench bench;
+    std::string command = "exec snmpwalk -v1 -c vislaq 127.0.0.1:" + std::to_string(bench.port()) + " " +
+                          kTable + " >/dev/null 2>&1";
+    for (auto _ : state) {
+        if (runProcess({"/bin/sh", "-c", command}).status != 0)
+            state.SkipWithError("snmpwalk failed");
+    }
+}
+BENCHMARK(walkWithSnmpwalk)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+/// The helper's whole command: walk, merge and durable write.
+void discoverThroughTheHelper(benchmark::State& state)
+{
+    Bench bench;
+    for (auto _ : state)
+        discover(state, "mibwalk_XPC=iRet=0\n");
+}
+BENCHMARK(discoverThroughTheHelper)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+/// net-snmp's default: six tries of a second.
+void discoverASilentPrinter(benchmark::State& state)
+{
+    Bench bench({"--fault", "silent"});
+    for (auto _ : state)
+        discover(state, "mibwalk_XPC=iRet=1\n");
+}
+BENCHMARK(discoverASilentPrinter)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
+
+} // namespace
