@@ -1,0 +1,233 @@
+// The texts of the panel, in the language of the process (LANGUAGE): CTest runs this once for each. What is
+// measured is the real bundle's panel and window after the panel has put its texts there.
+#import "common/ControlItem.h"
+#import "panels/ColorOptions.h"
+#import "plugin/ClassNames.h"
+#import "plugin/PanelProtocol.h"
+#import <AppKit/AppKit.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <set>
+
+namespace fs = std::filesystem;
+
+static const char* const kResources = PDE_SOURCE_DIR "/PDE_COL/Resources";
+
+// A dialog without a session: the panel is filled from the PPD alone.
+@interface Dialog : NSObject <PDEPluginCallback>
+{
+@public
+    ppd_file_t* ppd;
+}
+@end
+@implementation Dialog
+- (PMPrintSettings)printSettings
+{
+    return nullptr;
+}
+- (PMPrintSession)printSession
+{
+    return nullptr;
+}
+- (ppd_file_t*)ppdFile
+{
+    return ppd;
+}
+@end
+
+namespace {
+
+std::string text(NSString* s)
+{
+    return s == nil ? "(nil)" : [s UTF8String];
+}
+
+NSDictionary* tableOf(const std::string& language)
+{
+    std::string path = std::string(kResources) + "/" + language + ".lproj/Localizable.strings";
+    return [[NSString stringWithContentsOfFile:[NSString stringWithUTF8String:path.c_str()]
+                                      encoding:NSUTF8StringEncoding
+                                         error:nullptr] propertyListFromStringsFileFormat];
+}
+
+std::string currentLanguage()
+{
+    const char* name = getenv("LANGUAGE");
+    std::string language = name != nullptr ? name : "en";
+    return language == "zh_CN" ? "zh-Hans" : language;
+}
+
+std::set<std::string> keysOf(NSDictionary* table)
+{
+    std::set<std::string> keys;
+    for (NSString* key in table)
+        keys.insert(text(key));
+    return keys;
+}
+
+/// All views of `view` and below it, those of hidden tabs too.
+void collect(NSView* view, std::vector<NSView*>& views)
+{
+    views.push_back(view);
+    if ([view isKindOfClass:[NSTabView class]])
+        for (NSTabViewItem* item in [(NSTabView*)view tabViewItems])
+            collect([item view], views);
+    else
+        for (NSView* below in [view subviews])
+            collect(below, views);
+}
+
+class Panel : public ::testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        NSBundle* bundle = [NSBundle bundleWithPath:@PDE_BUILD_DIR "/R4270.plugin"];
+        ASSERT_TRUE([bundle load]);
+        dialog_ = [Dialog new];
+        dialog_->ppd = ppdOpenFile(PDE_SOURCE_DIR "/printer/R4270.ppd");
+        ASSERT_NE(nullptr, dialog_->ppd);
+        id<PDEPlugInProtocol> plugIn = [[bundle principalClass] alloc];
+        [plugIn initWithBundle:bundle];
+        panel_ = [[[plugIn PDEPanelsForType:PDE_PRINT_DIALOG_TYPE withHostInfo:dialog_] lastObject] retain];
+        // Loads the panel without asking who may manage the lists on the printer.
+        ASSERT_EQ(26u, [[panel_ supportedPPDOptionKeys] count]);
+        id profiles = [(NSObject*)panel_ valueForKey:@"profileControl"];
+        window_ = [profiles valueForKey:@"_profileManagementWindow"];
+        listMenu_ = [profiles valueForKey:@"_profileMenu"];
+        table_ = [profiles valueForKey:@"_profileTableView"];
+        for (NSView* root : {view("onColorView"), view("onAdvancedView"), (NSView*)[window_ contentView]})
+            collect(root, views_);
+        ASSERT_GT(views_.size(), 80u);
+    }
+    static void TearDownTestSuite() { ppdClose(dialog_->ppd); }
+    static NSView* view(const char* outlet)
+    {
+        return [(NSObject*)panel_ valueForKey:[NSString stringWithUTF8String:outlet]];
+    }
+    /// The text that a view shows of its own, or nil.
+    static NSString* title(NSView* view)
+    {
+        if ([view isKindOfClass:[NSPopUpButton class]])
+            return nil;
+        if ([view isKindOfClass:[NSButton class]])
+            return [(NSButton*)view title];
+        if ([view isKindOfClass:[NSTextField class]] && ![(NSTextField*)view isEditable])
+            return [(NSTextField*)view stringValue];
+        return [view isKindOfClass:[NSBox class]] ? [(NSBox*)view title] : nil;
+    }
+
+    inline static Dialog* dialog_;
+    inline static id<PDEPanelProtocol> panel_;
+    inline static NSWindow* window_;
+    inline static NSPopUpButton* listMenu_;
+    inline static NSTableView* table_;
+    inline static std::vector<NSView*> views_;
+};
+
+TEST(Languages, HaveTheSameKeysAndNoEmptyText)
+{
+    std::set<std::string> english = keysOf(tableOf("en"));
+    int languages = 0;
+    for (const fs::directory_entry& folder : fs::directory_iterator(kResources)) {
+        if (folder.path().extension() != ".lproj")
+            continue;
+        ++languages;
+        NSDictionary* table = tableOf(folder.path().stem());
+        EXPECT_EQ(english, keysOf(table)) << folder.path();
+        for (NSString* key in table)
+            EXPECT_GT([[table objectForKey:key] length], 0u) << folder.path() << text(key);
+    }
+    EXPECT_EQ(7, languages);
+}
+
+TEST_F(Panel, FindsEveryTextThatItLooksUp)
+{
+    std::set<std::string> keys = keysOf(tableOf(currentLanguage()));
+    for (const char* key : {"Color Options", "ProfileTitle", "Disk", "Card", "RGB", "SIM", "DST", "Image",
+                            "Text", "Graphics", "Simulation"})
+        EXPECT_TRUE(keys.contains(key)) << key;
+    int rows = 0;
+    for (const char* outlet : {"onColorView", "onAdvancedView"})
+        for (PDEControlItem* row = [(ColorOptions*)view(outlet) getControlData]; row->control != nil; ++row) {
+            ++rows;
+            if (row->title != nullptr)
+                EXPECT_TRUE(keys.contains(row->title)) << row->title;
+            if (row->summaryName != nullptr)
+                EXPECT_TRUE(keys.contains(row->summaryName)) << row->summaryName;
+        }
+    EXPECT_EQ(9 + 46, rows);
+}
+
+TEST_F(Panel, ShowsNoTextInAnotherLanguage)
+{
+    NSArray* texts = [tableOf(currentLanguage()) allValues];
+    for (NSView* view : views_) {
+        NSString* shown = title(view);
+        if ([shown length] > 0)
+            EXPECT_TRUE([texts containsObject:shown]) << text(shown);
+        if ([view isKindOfClass:[NSTabView class]])
+            for (NSTabViewItem* item in [(NSTabView*)view tabViewItems])
+                EXPECT_TRUE([texts containsObject:[item label]]) << text([item label]);
+    }
+    for (NSTableColumn* column in [table_ tableColumns]) {
+        NSString* header = [[column headerCell] stringValue];
+        EXPECT_TRUE([header length] == 0 || [texts containsObject:header]) << text(header);
+    }
+    for (NSString* list in [listMenu_ itemTitles])
+        EXPECT_TRUE([texts containsObject:list]) << text(list);
+    EXPECT_TRUE([texts containsObject:[panel_ panelName]]);
+}
+
+TEST_F(Panel, TellsTheRowsOfTheSummaryApart)
+{
+    std::set<std::string> names;
+    NSDictionary* table = tableOf(currentLanguage());
+    for (const char* outlet : {"onColorView", "onAdvancedView"})
+        for (PDEControlItem* row = [(ColorOptions*)view(outlet) getControlData]; row->control != nil; ++row)
+            if (row->summaryName != nullptr)
+                EXPECT_TRUE(
+                    names.insert(text([table objectForKey:[NSString stringWithUTF8String:row->summaryName]]))
+                        .second)
+                    << row->summaryName;
+    EXPECT_EQ(26u, names.size());
+}
+
+TEST_F(Panel, CutsNoText)
+{
+    for (NSView* view : views_) {
+        NSSize have = [view frame].size, need = NSZeroSize;
+        if ([view isKindOfClass:[NSControl class]] && title(view) != nil)
+            need = [[(NSControl*)view cell] cellSize];
+        else if ([view isKindOfClass:[NSBox class]] && title(view) != nil)
+            need = [[(NSBox*)view titleCell] cellSize];
+        else if ([view isKindOfClass:[NSTabView class]])
+            for (NSTabViewItem* item in [(NSTabView*)view tabViewItems])
+                need.width += [item sizeOfLabel:NO].width + 24; // the slanted edges
+        EXPECT_LE(need.width, have.width) << text(title(view));
+        EXPECT_LE(need.height, have.height) << text(title(view));
+    }
+    for (NSTableColumn* column in [table_ tableColumns])
+        EXPECT_LE([[column headerCell] cellSize].width, [column width])
+            << text([[column headerCell] stringValue]);
+    EXPECT_EQ(3, [listMenu_ numberOfItems]);
+    for (NSInteger i = 0; i < [listMenu_ numberOfItems]; ++i) {
+        [listMenu_ selectItemAtIndex:i];
+        EXPECT_LE([[listMenu_ cell] cellSize].width, [listMenu_ frame].size.width);
+    }
+}
+
+TEST_F(Panel, LeavesRoomForProfileNames)
+{
+    NSCell* cell = [[table_ tableColumnWithIdentifier:@"filename"] dataCell];
+    [cell setStringValue:@"0123456789012345678901234567890"];
+    for (NSString* column in @[ @"filename", @"profilename" ])
+        EXPECT_LE([cell cellSize].width, [[table_ tableColumnWithIdentifier:column] width]) << text(column);
+    NSPopUpButton* menu = [view("onAdvancedView") valueForKey:@"menu_iDestinationProfile"];
+    [menu addItemWithTitle:@"mycmyk.icc(Office Proof)Festplatte"];
+    [menu selectItemAtIndex:[menu numberOfItems] - 1];
+    EXPECT_LE([[menu cell] cellSize].width, [menu frame].size.width);
+}
+
+} // namespace
