@@ -5,9 +5,10 @@
 #include <string>
 
 // The profile management window as a script sees it, found through the panel's `profileControl`. Every call
-// but hasProfileWindow and answerNextOpenPanel needs the window.
+// but hasProfileWindow and answerNextOpenPanel needs the window; what a user does needs it open.
 
 bool hasProfileWindow(id<PDEPanelProtocol> panel);
+bool profileWindowIsOpen(id<PDEPanelProtocol> panel);
 
 /// The answer to `window`.
 Json profileWindowReport(id<PDEPanelProtocol> panel);

@@ -26,6 +26,11 @@ bool hasProfileWindow(id<PDEPanelProtocol> panel)
     return profileWindow(panel) != nil && profileTable(panel) != nil;
 }
 
+bool profileWindowIsOpen(id<PDEPanelProtocol> panel)
+{
+    return [profileWindow(panel) isVisible] != 0;
+}
+
 static Json cellReport(NSTableView* table, NSTableColumn* column, NSInteger row)
 {
     id value = [[table dataSource] tableView:table objectValueForTableColumn:column row:row];
@@ -66,7 +71,7 @@ Json profileWindowReport(id<PDEPanelProtocol> panel)
         if ([outlet isKindOfClass:[NSControl class]])
             enabled[name] = [outlet isEnabled] != 0;
     }
-    return {{"visible", [profileWindow(panel) isVisible] != 0},
+    return {{"visible", profileWindowIsOpen(panel)},
             {"list", [outletNamed(control, "_profileMenu") indexOfSelectedItem]},
             {"mode", integerNamed(control, "buttonIdentify")},
             {"rows", rows},
@@ -134,8 +139,6 @@ std::string typeInto(id<PDEPanelProtocol> panel, const std::string& field, NSStr
         return "there is no text field " + field;
     if (text == nil)
         return "the text is not UTF-8";
-    if (![window isVisible])
-        return "the profile window is not open";
     if (![target isEnabled] || ![target isEditable])
         return "";
     [window makeKeyAndOrderFront:nil];

@@ -269,10 +269,12 @@ Json press(DialogController* dialog, std::string field)
     id button = profileWindowButton(panel, field);
     if (button == nil)
         return errorAnswer("there is no button " + field);
+    if (!profileWindowIsOpen(panel))
+        return errorAnswer("the profile window is not open");
     return windowAfter(dialog, pressButton(button));
 }
 
-enum Need { kNothing = 0, kPanel = 1, kNoModal = 2, kProfileWindow = 4 };
+enum Need { kNothing = 0, kPanel = 1, kNoModal = 2, kProfileWindow = 4, kOpenProfileWindow = 8 };
 
 struct Command {
     const char* name;
@@ -305,10 +307,10 @@ constexpr Command kCommands[] = {
     {"print", print, kPanel | kNoModal},
     {"screenshot", screenshot, kNothing},
     {"window", window, kPanel | kProfileWindow},
-    {"list", list, kPanel | kProfileWindow},
-    {"row", row, kPanel | kProfileWindow},
-    {"tick", tick, kPanel | kProfileWindow},
-    {"type", type, kPanel | kProfileWindow},
+    {"list", list, kPanel | kProfileWindow | kOpenProfileWindow},
+    {"row", row, kPanel | kProfileWindow | kOpenProfileWindow},
+    {"tick", tick, kPanel | kProfileWindow | kOpenProfileWindow},
+    {"type", type, kPanel | kProfileWindow | kOpenProfileWindow},
     {"browse-answer", answerBrowse, kNothing},
 };
 
@@ -323,6 +325,8 @@ std::string unmetNeed(DialogController* dialog, int needs)
         if (!hasProfileWindow([dialog panel]))
             return "there is no profile window";
     }
+    if ((needs & kOpenProfileWindow) != 0 && !profileWindowIsOpen([dialog panel]))
+        return "the profile window is not open";
     return "";
 }
 
