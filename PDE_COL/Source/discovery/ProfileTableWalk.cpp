@@ -195,10 +195,8 @@ int walkAgent(netsnmp_session& wanted, const Name& root, Clock::time_point end)
 // Gives what mib_walk gives, before the merge.
 int walkByArguments(std::vector<std::string> words, Clock::time_point end)
 {
-    std::vector<char*> argv;
-    for (std::string& word : words)
-        argv.push_back(word.data());
-    argv.push_back(nullptr);
+    std::vector<char*> argv(words.size() + 1, nullptr);
+    std::transform(words.begin(), words.end(), argv.begin(), [](std::string& word) { return word.data(); });
     int argc = static_cast<int>(words.size());
     static netsnmp_session wanted; // the community that the parser copies stays with it
     int next = snmp_parse_args(argc, argv.data(), &wanted, "C:", optProc);
