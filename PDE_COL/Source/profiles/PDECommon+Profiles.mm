@@ -112,8 +112,15 @@ static void appendItems(NSPopUpButton* popup, NSArray* titles)
         if (![taken containsObject:[item title]])
             [menu addItem:item];
     }
-    for (NSString* title in [appended reverseObjectEnumerator])
-        [menu addItemWithTitle:title action:nullptr keyEquivalent:@""];
+    // The marks of the pop-up's own items: those of a menu's items would take room in the closed pop-up.
+    NSMenuItem* own = [menu numberOfItems] > 0 ? (NSMenuItem*)[menu itemAtIndex:0] : nil;
+    for (NSString* title in [appended reverseObjectEnumerator]) {
+        NSMenuItem* item = (NSMenuItem*)[menu addItemWithTitle:title action:nullptr keyEquivalent:@""];
+        if (own == nil)
+            continue;
+        [item setOnStateImage:[own onStateImage]];
+        [item setMixedStateImage:[own mixedStateImage]];
+    }
     [popup setMenu:menu];
     [menu release];
     NSInteger index = selected != nil ? [popup indexOfItem:selected] : -1;
