@@ -9,6 +9,10 @@ foreach(file IN LISTS files)
         message(STATUS "Removing $ENV{DESTDIR}${file}")
         file(REMOVE "$ENV{DESTDIR}${file}")
     endif()
+    cmake_path(GET file PARENT_PATH folder)
+    if(folder MATCHES "/(QUORVEX|R4270)$")
+        list(APPEND folders "$ENV{DESTDIR}${folder}")
+    endif()
 endforeach()
 
 set(library "$ENV{DESTDIR}/Library")
@@ -19,7 +23,7 @@ if(leftovers)
     file(REMOVE ${leftovers})
 endif()
 execute_process(COMMAND find
-    "${library}/Application Support/QUORVEX" "${library}/Printers/QUORVEX"
+    "${library}/Application Support/QUORVEX" "${library}/Printers/QUORVEX" ${folders}
     -depth -type d -empty -delete ERROR_QUIET)
 if(EXISTS "${preferences}")
     message(STATUS "The users' profile lists stay in ${preferences}")

@@ -87,6 +87,7 @@ protected:
         sandbox.write("root/etc/nsswitch.conf", "passwd: files\ngroup: files\n");
     }
 
+    // Runs the helper in the root folder as `user`, with the groups of that number, started by `before`.
     ProcessResult as(uid_t user, const Strings& arguments, const std::string& groups = "",
                      const Strings& environment = {}, const Strings& before = {}) const
     {
@@ -286,6 +287,37 @@ TEST_F(InstalledHelperTest, OneUsersStuckCommandDoesNotTouchAnother)
     ASSERT_EQ(flock(file, LOCK_EX), 0);
     EXPECT_TRUE(writes(kBig, "big", 1));
     close(file);
+}
+
+TEST_F(InstalledHelperTest, ProfilectlManagesTheListsOfAMemberAndOfNobodyElse)
+{
+    fs::copy_file(PDE_INSTALLED_PROFILECTL, root / "profilectl");
+    auto profilectl = [&](uid_t user, const Strings& arguments) {
+        Strings all = {"chroot", "--userspec=+" + std::to_string(user) + ":+" + std::to_string(kUsers),
+                       "--groups=", root, "/profilectl"};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        return runProcess(all);
+    };
+    Strings add = {"add", "press.icc", "--class", "dst", "--name", "Press"};
+    EXPECT_EQ(profilectl(kAnna, add).status, 0);
+    EXPECT_NE(readFile(root.string() + listOf("anna")).find("<string>press.icc</string>"), std::string::npos);
+    EXPECT_NE(profilectl(kAnna, {"list"}).out.find("press.icc"), std::string::npos);
+    EXPECT_EQ(profilectl(kAnna, {"hide", "press.icc"}).status, 0);
+    EXPECT_EQ(profilectl(kAnna, {"check"}).status, 0);
+    EXPECT_EQ(profilectl(kAnna, {"remove", "press.icc"}).status, 0);
+    EXPECT_EQ(profilectl(kBert, add).status, 4);
+    EXPECT_FALSE(fs::exists(root.string() + listOf("bert")));
+}
+
+TEST_F(InstalledHelperTest, TheProgramIsHardenedAndHasNoHooks)
+{
+    std::string headers = runProcess({"readelf", "-W", "-h", "-d", "-l", "-s", PDE_INSTALLED_HELPER}).out;
+    for (const char* wanted : {"DYN (Position-Independent", "BIND_NOW", "GNU_RELRO", "__stack_chk_fail"})
+        EXPECT_NE(headers.find(wanted), std::string::npos) << wanted;
+    for (const char* unwanted : {"RPATH", "RUNPATH", "netsnmp", "__asan", " socket@"})
+        EXPECT_EQ(headers.find(unwanted), std::string::npos) << unwanted;
+    for (const char* hook : {"PDE_ROOT", "SNMPCONFPATH", PDE_BUILD_DIR "/root"})
+        EXPECT_EQ(readFile(PDE_INSTALLED_HELPER).find(hook), std::string::npos) << hook;
 }
 
 TEST_F(InstalledHelperTest, ADevelopmentBuildNeverRunsSetId)
