@@ -45,6 +45,7 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
     [_profileMenu removeAllItems];
     for (NSString* list in @[ @"RGB", @"SIM", @"DST" ])
         [_profileMenu addItemWithTitle:[self localizedTitle:list]];
+    [_profileManagementWindow setDelegate:self];
     [_fileNameEdit setDelegate:self];
     [_profileNameEdit setDelegate:self];
 }
@@ -164,6 +165,14 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
 - (IBAction)profileWindowCancel:(id)sender
 {
     [self closeWindow];
+}
+
+/// The title bar's button is Cancel: closed otherwise, the window would leave its modal run behind. It has to
+/// have one, as some window managers end a program whose window they were told to close and cannot ask.
+- (BOOL)windowShouldClose:(id)sender
+{
+    [self profileWindowCancel:sender];
+    return NO;
 }
 
 #pragma mark State of the controls
