@@ -144,6 +144,7 @@
 {
     [pdePluginCallbackObject release];
     pdePluginCallbackObject = nil;
+    [profileControl setConstTable:nullptr];
     free(compTable);
     compTable = nullptr;
 }
