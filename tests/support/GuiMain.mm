@@ -3,16 +3,6 @@
 #import <AppKit/AppKit.h>
 #include <gtest/gtest.h>
 
-#if __has_feature(address_sanitizer)
-extern "C" const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions()
-{
-    return "leak:libgnustep-base\nleak:libgnustep-gui\nleak:libgnustep-cairo\nleak:libobjc\n"
-           "leak:libfontconfig\nleak:libcairo\nleak:libX11\nleak:libxcb\nleak:libMagickCore\n"
-           "leak:libdbus\nleak:ld-linux\n";
-}
-#endif
-
 namespace {
 
 class Application : public ::testing::Environment {
