@@ -289,26 +289,6 @@ TEST_F(InstalledHelperTest, OneUsersStuckCommandDoesNotTouchAnother)
     close(file);
 }
 
-TEST_F(InstalledHelperTest, ProfilectlManagesTheListsOfAMemberAndOfNobodyElse)
-{
-    fs::copy_file(PDE_INSTALLED_PROFILECTL, root / "profilectl");
-    auto profilectl = [&](uid_t user, const Strings& arguments) {
-        Strings all = {"chroot", "--userspec=+" + std::to_string(user) + ":+" + std::to_string(kUsers),
-                       "--groups=", root, "/profilectl"};
-        all.insert(all.end(), arguments.begin(), arguments.end());
-        return runProcess(all);
-    };
-    Strings add = {"add", "press.icc", "--class", "dst", "--name", "Press"};
-    EXPECT_EQ(profilectl(kAnna, add).status, 0);
-    EXPECT_NE(readFile(root.string() + listOf("anna")).find("<string>press.icc</string>"), std::string::npos);
-    EXPECT_NE(profilectl(kAnna, {"list"}).out.find("press.icc"), std::string::npos);
-    EXPECT_EQ(profilectl(kAnna, {"hide", "press.icc"}).status, 0);
-    EXPECT_EQ(profilectl(kAnna, {"check"}).status, 0);
-    EXPECT_EQ(profilectl(kAnna, {"remove", "press.icc"}).status, 0);
-    EXPECT_EQ(profilectl(kBert, add).status, 4);
-    EXPECT_FALSE(fs::exists(root.string() + listOf("bert")));
-}
-
 TEST_F(InstalledHelperTest, TheProgramIsHardenedAndHasNoHooks)
 {
     std::string headers = runProcess({"readelf", "-W", "-h", "-d", "-l", "-s", PDE_INSTALLED_HELPER}).out;
