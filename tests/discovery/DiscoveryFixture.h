@@ -30,9 +30,11 @@ protected:
         usePort(port_);
     }
 
-    void usePort(int port) const
+    /// The time-out is in seconds, and for a busy machine.
+    void usePort(int port, int timeout = 5) const
     {
-        sandbox_.write("snmp/snmp.conf", "defaultPort " + std::to_string(port) + "\ntimeout 1\nretries 0\n");
+        sandbox_.write("snmp/snmp.conf", "defaultPort " + std::to_string(port) + "\ntimeout " +
+                                             std::to_string(timeout) + "\nretries 0\n");
     }
 
     /// Starts the simulated printer with this table in place of any other.

@@ -76,7 +76,7 @@ TEST_F(Discovery, KeepsTickedProfilesThroughFailedWalks)
         self.send(answer);
     });
     usePort(agent.port());
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 12; ++i) {
         left = static_cast<int>(random() % 35);
         EXPECT_EQ(walk(), 2);
         Codes rgb = codes(kRgbList);
@@ -120,6 +120,7 @@ TEST_F(Discovery, SaysNothingButItsResultWhateverThePrinterSays)
 
 TEST_F(Discovery, LeavesAWholeListWhenSomethingDiesInTheMiddle)
 {
+    usePort(port_, 2);
     store({record("KEPT.ICC", kFoundListed)});
     std::string before = readFile(currentListPath());
     std::string table;
@@ -146,6 +147,7 @@ TEST_F(Discovery, LeavesAWholeListWhenSomethingDiesInTheMiddle)
 
 TEST_F(Discovery, IsOverInOneTimeOutWhenThePrinterIsSilent)
 {
+    usePort(port_, 1);
     startPrinter(row(1, "A.ICC"), {"--fault", "silent"});
     EXPECT_EQ(walk(), 1);
     startPrinter(row(1, "A.ICC"), {"--community", "other"});
