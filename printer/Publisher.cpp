@@ -40,6 +40,7 @@ public:
 private:
     static void clientChanged(AvahiClient* client, AvahiClientState state, void* self);
     static void groupChanged(AvahiEntryGroup* group, AvahiEntryGroupState state, void* self);
+    void connect();
     void announce(AvahiClient* client);
     int addRecords();
     void takeAnotherName();
@@ -48,33 +49,41 @@ private:
     std::string name_;
     std::string address_;
     bool verbose_;
-    AvahiThreadedPoll* poll_ = nullptr;
+    AvahiThreadedPoll* poll_;
     AvahiClient* client_ = nullptr;
     AvahiEntryGroup* group_ = nullptr;
 };
 
 Publisher::Announcement::Announcement(const std::string& name, const std::string& address, bool verbose)
-    : name_(name), address_(address), verbose_(verbose)
+    : name_(name), address_(address), verbose_(verbose), poll_(avahi_threaded_poll_new())
 {
-    int error = 0;
-    poll_ = avahi_threaded_poll_new();
     if (poll_ != nullptr)
-        client_ = avahi_client_new(avahi_threaded_poll_get(poll_), AVAHI_CLIENT_NO_FAIL, clientChanged, this,
-                                   &error);
+        connect();
     if (client_ == nullptr || avahi_threaded_poll_start(poll_) != 0) {
         if (client_ != nullptr)
             avahi_client_free(client_);
         if (poll_ != nullptr)
             avahi_threaded_poll_free(poll_);
-        throw std::runtime_error(std::string("cannot announce the printer: ") + avahi_strerror(error));
+        throw std::runtime_error("cannot announce the printer");
     }
 }
 
 Publisher::Announcement::~Announcement()
 {
     avahi_threaded_poll_stop(poll_);
-    avahi_client_free(client_);
+    if (client_ != nullptr)
+        avahi_client_free(client_);
     avahi_threaded_poll_free(poll_);
+}
+
+void Publisher::Announcement::connect()
+{
+    group_ = nullptr;
+    int error = 0;
+    client_ =
+        avahi_client_new(avahi_threaded_poll_get(poll_), AVAHI_CLIENT_NO_FAIL, clientChanged, this, &error);
+    if (client_ == nullptr)
+        tell(std::string("the printer is not announced: ") + avahi_strerror(error));
 }
 
 void Publisher::Announcement::clientChanged(AvahiClient* client, AvahiClientState state, void* self)
@@ -84,6 +93,10 @@ void Publisher::Announcement::clientChanged(AvahiClient* client, AvahiClientStat
         announcement->announce(client);
     } else if (state == AVAHI_CLIENT_CONNECTING) {
         announcement->tell("waiting for the Avahi daemon to announce the printer");
+    } else if (state == AVAHI_CLIENT_FAILURE && avahi_client_errno(client) == AVAHI_ERR_DISCONNECTED) {
+        // The daemon is gone: a new client waits for the next one.
+        avahi_client_free(client);
+        announcement->connect();
     } else if (state == AVAHI_CLIENT_FAILURE) {
         announcement->tell(std::string("the printer is not announced: ") +
                            avahi_strerror(avahi_client_errno(client)));
