@@ -160,8 +160,7 @@ TEST_F(Profilectl, CheckNamesTheFaultsOfAFileAndWhatReadingMakesOfIt)
     auto has = [](const std::string& text, const std::string& words) {
         return text.find(words) != std::string::npos;
     };
-    std::string hole =
-        checked("<key>InMenu0000</key>\n\t\t\t\t<integer>6<", "<key>InMenu0000</key>\n\t\t\t\t<integer>0<");
+    std::string hole = checked("<key>InMenu0000</key>\n<integer>6<", "<key>InMenu0000</key>\n<integer>0<");
     EXPECT_TRUE(has(hole, "RGB: iNum is 2 but 1 slots are used")) << hole;
     EXPECT_TRUE(has(hole, "reading loses \"two.icc\" in slot 1")) << hole;
     EXPECT_TRUE(has(checked("one.icc", "two.icc"), "is there twice"));

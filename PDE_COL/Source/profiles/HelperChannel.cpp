@@ -1,6 +1,7 @@
 #include "profiles/HelperChannel.h"
 
 #include "profiles/DriverPaths.h"
+#include "profiles/Utf8.h"
 
 #include <cerrno>
 #include <csignal>
@@ -10,7 +11,6 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <utf8.h>
 
 namespace {
 
@@ -149,7 +149,7 @@ std::optional<std::string> helperReply(const std::vector<std::string>& arguments
     // In a host that ignores SIGCHLD there is nobody to wait for: that fails once the helper has exited.
     while (child > 0 && waitpid(child, nullptr, 0) < 0 && errno == EINTR)
         continue;
-    if (!whole || !utf8::is_valid(reply.begin(), reply.end()))
+    if (!whole || !isUtf8(reply))
         return std::nullopt;
     return reply;
 }
@@ -178,7 +178,7 @@ std::string fileUrl(const std::string& path)
 std::vector<std::string_view> listFilePieces(std::string_view text)
 {
     std::vector<std::string_view> pieces;
-    if (!utf8::is_valid(text.begin(), text.end()))
+    if (!isUtf8(text))
         return pieces;
     size_t begin = 0, units = 0;
     for (size_t i = 0; i < text.size(); ++i) {

@@ -4,7 +4,6 @@
 #include "profiles/ProfileName.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -69,29 +68,39 @@ void extractField(PropertyListNode dictionary, StoredField field, StoredList& st
     });
 }
 
+bool isComplete(PropertyListNode classDictionary)
+{
+    return std::all_of(std::begin(kFieldKeys), std::end(kFieldKeys),
+                       [&](const char* key) { return classDictionary[key].isDictionary(); });
+}
+
 void extractList(PropertyListNode classDictionary, StoredList& stored)
 {
-    stored.complete = true;
-    for (int field = 0; field < kStoredFields; ++field) {
-        PropertyListNode dictionary = classDictionary[kFieldKeys[field]];
-        stored.complete = stored.complete && dictionary.isDictionary();
-        extractField(dictionary, static_cast<StoredField>(field), stored);
-    }
+    stored.complete = isComplete(classDictionary);
+    for (int field = 0; field < kStoredFields; ++field)
+        extractField(classDictionary[kFieldKeys[field]], static_cast<StoredField>(field), stored);
     std::optional<int32_t> count = classDictionary[kCountKey].integer();
     stored.hasCount = count.has_value();
     stored.list.iNum = count.value_or(0);
 }
 
+/// Puts the four digits of a slot's number at the end of a key: formatting takes longer than all the rest.
+void setSlot(std::string& key, int slot)
+{
+    for (auto digit = key.rbegin(); digit != key.rbegin() + kSlotDigits; ++digit, slot /= 10)
+        *digit = static_cast<char>('0' + slot % 10);
+}
+
 void addField(const ProfileList& list, StoredField field, PropertyListNode dictionary)
 {
-    char key[32];
+    std::string key = std::string(kFieldKeys[field]).append(kSlotDigits, '0');
     for (int slot = 0; slot < kProfileSlots; ++slot) {
-        snprintf(key, sizeof key, "%s%04d", kFieldKeys[field], slot);
+        setSlot(key, slot);
         ProfileRecord record = list.records[slot];
         if (field < kFirstNameField)
-            dictionary.addInteger(key, integerField(record, field));
+            dictionary.addInteger(key.c_str(), integerField(record, field));
         else if (std::optional<std::string> name = storableName(nameField(record, field)))
-            dictionary.addString(key, *name);
+            dictionary.addString(key.c_str(), *name);
     }
 }
 
@@ -163,9 +172,6 @@ std::string listFileText(const ProfileList& rgb, const ProfileList& sim, const P
 bool isListFileText(std::string text)
 {
     std::optional<PropertyListDocument> document = PropertyListDocument::parse(std::move(text));
-    if (!document)
-        return false;
-    auto lists = std::make_unique<StoredLists>();
-    extractLists(*document, *lists);
-    return std::all_of(lists->begin(), lists->end(), [](const StoredList& list) { return list.complete; });
+    return document && std::all_of(std::begin(kListKeys), std::end(kListKeys),
+                                   [&](const char* key) { return isComplete(document->root()[key]); });
 }

@@ -1,9 +1,9 @@
 #include "profiles/ProfilePath.h"
 
 #include "profiles/ProfileName.h"
+#include "profiles/Utf8.h"
 
 #include <algorithm>
-#include <utf8.h>
 
 namespace {
 
@@ -50,7 +50,7 @@ std::optional<std::string> decodePrinterPath(std::string_view coded)
         // The "0" of the first character drops out of the product: 48 times 16 is 0 modulo 256.
         path += static_cast<char>(static_cast<unsigned char>(coded[i] * 16 + coded[i + 1] - kZero));
     }
-    if (!utf8::is_valid(path.begin(), path.end()))
+    if (!isUtf8(path))
         return std::nullopt;
     return path;
 }

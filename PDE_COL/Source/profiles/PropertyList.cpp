@@ -1,5 +1,7 @@
 #include "profiles/PropertyList.h"
 
+#include "profiles/Utf8.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstring>
@@ -81,29 +83,6 @@ const char* structureFault(const pugi::xml_document& xml, pugi::xml_node& root)
     if (!isBlank(plist.value()) || !is(root, "dict") || root.next_sibling())
         return "its root is no dictionary";
     return isValue(root, 2) ? nullptr : "not built as a property list is, or nested too deep";
-}
-
-/// As utf8::is_valid, which takes longer over a list file than parsing it does: only the bytes outside
-/// ASCII go there, run by run, and the rest is skipped a word at a time.
-bool isUtf8(std::string_view text)
-{
-    constexpr uint64_t kHighBits = 0x8080808080808080;
-    auto isAscii = [](unsigned char byte) { return byte < 0x80; };
-    for (const char *at = text.data(), *end = at + text.size(); at != end;) {
-        uint64_t word;
-        if (static_cast<size_t>(end - at) >= sizeof word) {
-            memcpy(&word, at, sizeof word);
-            if ((word & kHighBits) == 0) {
-                at += sizeof word;
-                continue;
-            }
-        }
-        const char* run = std::find_if_not(at, end, isAscii);
-        at = std::find_if(run, end, isAscii);
-        if (!utf8::is_valid(run, at))
-            return false;
-    }
-    return true;
 }
 
 struct TextWriter : pugi::xml_writer {
@@ -219,7 +198,8 @@ std::optional<PropertyListDocument> PropertyListDocument::parse(std::string text
 std::string PropertyListDocument::text() const
 {
     TextWriter writer;
-    contents_->xml.save(writer, "\t", pugi::format_default, pugi::encoding_utf8);
+    // A line for each key and value, but no indentation: a sixth of the text goes to the helper in vain.
+    contents_->xml.save(writer, "", pugi::format_default, pugi::encoding_utf8);
     return std::move(writer.text);
 }
 
