@@ -9,7 +9,7 @@
 #include <poll.h>
 #include <unistd.h>
 
-static const NSTimeInterval kIdle = 0.01;
+static const NSTimeInterval kIdle = 0.01, kBusy = 0.0005;
 
 static void postEvent()
 {
@@ -109,7 +109,7 @@ static void postEvent()
 - (void)tick
 {
     // The next turn is asked for first: this line may open a modal loop and not come back.
-    [self tickAfter:kIdle];
+    [self tickAfter:unread_.empty() ? kIdle : kBusy];
     if ([self mustWait]) {
         postEvent();
         return;

@@ -1,0 +1,51 @@
+// Presets: print settings kept under a name in the user's configuration folder.
+
+#include "Presets.h"
+#include "support/Sandbox.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class PresetsTest : public ::testing::Test {
+protected:
+    void TearDown() override
+    {
+        [presets release];
+        [settings release];
+    }
+
+    Sandbox home;
+    ScopedVariable folder{"XDG_CONFIG_HOME", home.path().string()};
+    Presets* presets = [[Presets alloc] init];
+    PMSettingsObject* settings = [[PMSettingsObject alloc] init];
+};
+
+} // namespace
+
+TEST_F(PresetsTest, GivesBackWhatWasSavedUntilItIsDeleted)
+{
+    NSDictionary* values = @{@"copies" : @"2", @"R4270" : @{@"Q" : @{@"VelQuickColor" : @"Photo"}}};
+    EXPECT_EQ([[presets names] count], 0u);
+    [settings replaceValues:values];
+    for (NSString* name in @[ @"photos", @"Draft", @"100 % \u00e9\u65e5" ])
+        EXPECT_TRUE([presets save:settings name:name]);
+    EXPECT_TRUE([[presets names] isEqual:(@[ @"100 % \u00e9\u65e5", @"Draft", @"photos" ])]);
+    EXPECT_TRUE([[presets valuesOfPreset:@"photos" error:nullptr] isEqual:values]);
+    [presets removePreset:@"Draft"];
+    EXPECT_EQ([[presets names] count], 2u);
+    NSString* reason = nil;
+    EXPECT_TRUE([presets valuesOfPreset:@"Draft" error:&reason] == nil);
+    EXPECT_GT([reason length], 0u);
+    EXPECT_TRUE(std::filesystem::exists(home / "r4270-printdialog/presets/photos.plist"));
+}
+
+TEST_F(PresetsTest, RefusesNamesThatWouldLeaveTheFolderOrHide)
+{
+    NSString* tooLong = [@"" stringByPaddingToLength:101 withString:@"x" startingAtIndex:0];
+    for (NSString* name in @[ @"", @".", @"..", @"../x", @"a/b", @".hidden", @"line\nfeed", tooLong ]) {
+        EXPECT_FALSE([presets save:settings name:name]) << [name UTF8String];
+        [presets removePreset:name];
+    }
+    EXPECT_EQ([[presets names] count], 0u);
+}

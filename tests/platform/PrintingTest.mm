@@ -1,0 +1,142 @@
+// The Printing core's calls on the objects that a print dialog makes, and opening an application.
+
+#include <CoreServices/CoreServices.h>
+#include <PrintingObjects.h>
+
+#include "support/Process.h"
+#include "support/Sandbox.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+namespace {
+
+class PrintingTest : public ::testing::Test {
+protected:
+    ~PrintingTest() override { [pool drain]; }
+
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    Sandbox files;
+    NSString* ppd = @PDE_SOURCE_DIR "/printer/R4270.ppd";
+
+    NSString* path(const std::string& name) { return [NSString stringWithUTF8String:(files / name).c_str()]; }
+    PMPrinterObject* printer(NSString* identifier, NSString* uri)
+    {
+        return [[[PMPrinterObject alloc] initWithIdentifier:identifier deviceURI:uri file:ppd
+                                                      error:nullptr] autorelease];
+    }
+};
+
+} // namespace
+
+TEST_F(PrintingTest, SettingsHoldValuesUnderKeysUntilTheyAreLocked)
+{
+    PMSettingsObject* object = [[[PMSettingsObject alloc] init] autorelease];
+    PMPrintSettings settings = [object handle];
+    CFTypeRef value = @"untouched";
+    EXPECT_EQ(PMPrintSettingsGetValue(settings, CFSTR("a"), &value), kPMKeyNotFound);
+    EXPECT_EQ(value, nullptr);
+    EXPECT_EQ(PMPrintSettingsSetValue(settings, CFSTR("a"), @"1", false), kPMNoError);
+    EXPECT_EQ(PMPrintSettingsGetValue(settings, CFSTR("a"), &value), kPMNoError);
+    EXPECT_TRUE([(id)value isEqual:@"1"]);
+    EXPECT_EQ(PMPrintSettingsSetValue(settings, CFSTR("a"), nullptr, false), kPMNoError);
+    EXPECT_EQ(PMPrintSettingsSetValue(
+                  settings, CFSTR("b"),
+                  @{@"c" : @[]}, true),
+              kPMNoError);
+    EXPECT_NE(PMPrintSettingsSetValue(settings, CFSTR("b"), @"2", false), kPMNoError);
+    EXPECT_TRUE([[object values] isEqual:@{@"b" : @{@"c" : @[]}}]);
+    EXPECT_EQ(PMPrintSettingsGetValue(nullptr, CFSTR("a"), &value), kPMInvalidParameter);
+    EXPECT_EQ(PMPrintSettingsSetValue(settings, nullptr, @"1", false), kPMInvalidParameter);
+}
+
+TEST_F(PrintingTest, SettingsComeBackFromAFileWithImmutableContainers)
+{
+    PMSettingsObject* object = [[[PMSettingsObject alloc] init] autorelease];
+    NSDictionary* values = @{@"R4270" : @{@"Q" : @{@"k" : @"v"}}, @"n" : @7, @"a" : @[ @"\u65e5" ]};
+    [object replaceValues:values];
+    ASSERT_TRUE([object writeToFile:path("s.plist")]);
+    NSDictionary* read = [PMSettingsObject valuesOfFile:path("s.plist") error:nullptr];
+    EXPECT_TRUE([read isEqual:values]);
+    EXPECT_FALSE([[read objectForKey:@"R4270"] isKindOfClass:[NSMutableDictionary class]]);
+    EXPECT_FALSE([object writeToFile:@"/nowhere/s.plist"]);
+}
+
+TEST_F(PrintingTest, DeviceUriIsAUrlOnlyWhenItIsOne)
+{
+    for (NSString* text in @[
+             @"dnssd://Office%20Printer._pdl-datastream._tcp.local./?uuid=1-2",
+             @"usb://MAKER/MODEL?serial=AB%201", @"lpd://192.168.1.20:515/queue", @"socket://[fe80::1]:9100",
+             @"file:///dev/null", @"hp:/usb/X", @"mdns://x"
+         ]) {
+        CFURLRef uri = nullptr;
+        EXPECT_EQ(PMPrinterCopyDeviceURI([printer(@"Q", text) handle], &uri), kPMNoError)
+            << [text UTF8String];
+        EXPECT_TRUE([[(NSURL*)uri absoluteString] isEqual:text]) << [text UTF8String];
+        [(id)uri release];
+    }
+    for (NSString* text in
+         @[ @"", @"name", @"://x", @"/dev/usb/lp0", @"lpd://a b/", @"lpd://h:port/", @"1a://x" ]) {
+        CFURLRef uri = (CFURLRef)text;
+        EXPECT_NE(PMPrinterCopyDeviceURI([printer(@"Q", text) handle], &uri), kPMNoError)
+            << [text UTF8String];
+        EXPECT_EQ(uri, nullptr) << [text UTF8String];
+    }
+    CFURLRef uri = nullptr;
+    EXPECT_NE(PMPrinterCopyDeviceURI([printer(@"Q", nil) handle], &uri), kPMNoError);
+}
+
+TEST_F(PrintingTest, SessionGivesItsPrinterAndData)
+{
+    PMPrinterObject* object = printer(@"Q", nil);
+    PMSessionObject* session = [[[PMSessionObject alloc] initWithPrinter:object] autorelease];
+    PMPrinter current = nullptr;
+    EXPECT_EQ(PMSessionGetCurrentPrinter([session handle], &current), kPMNoError);
+    EXPECT_TRUE([(NSString*)PMPrinterGetID(current) isEqual:@"Q"]);
+    EXPECT_NE(ppdFindMarkedChoice([object ppdFile], "VelQuickColor"), nullptr) << "the defaults are marked";
+    CFTypeRef data = nullptr;
+    EXPECT_EQ(PMSessionGetDataFromSession([session handle], CFSTR("k"), &data), kPMKeyNotFound);
+    [session setData:@5 forKey:@"k"];
+    EXPECT_EQ(PMSessionGetDataFromSession([session handle], CFSTR("k"), &data), kPMNoError);
+    EXPECT_TRUE([(id)data isEqual:@5]);
+    [(id)data release];
+    PMSessionObject* empty = [[[PMSessionObject alloc] initWithPrinter:nil] autorelease];
+    EXPECT_EQ(PMSessionGetCurrentPrinter([empty handle], &current), kPMNoDefaultPrinter);
+    EXPECT_EQ(PMPrinterGetID(nullptr), nullptr);
+}
+
+TEST_F(PrintingTest, PrinterWithoutAReadablePpdSaysWhy)
+{
+    files.write("empty.ppd", "");
+    files.write("noise.ppd", "garbage\n");
+    for (NSString* file in @[ path("empty.ppd"), path("noise.ppd"), path("missing.ppd"), path("") ]) {
+        NSString* reason = nil;
+        EXPECT_TRUE([[PMPrinterObject alloc] initWithIdentifier:@"Q" deviceURI:nil file:file
+                                                          error:&reason] == nil);
+        EXPECT_TRUE([reason hasPrefix:file]) << [reason UTF8String];
+    }
+    ScopedVariable server("CUPS_SERVER", files / "no-server");
+    NSString* reason = nil;
+    EXPECT_TRUE([[PMPrinterObject alloc] initWithQueue:@"Q" error:&reason] == nil);
+    EXPECT_GT([reason length], 0u);
+}
+
+TEST_F(PrintingTest, AnApplicationStartsAndLeavesNoChildBehind)
+{
+    std::string marker = files / "it ran";
+    std::string program =
+        files.write("Some Tool.app/Contents/MacOS/Some Tool", "#!/bin/sh\ntouch '" + marker + "'\n");
+    chmod(program.c_str(), 0755);
+    FSRef ref;
+    Boolean isFolder = false;
+    std::string application = files / "Some Tool.app";
+    ASSERT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8*>(application.c_str()), &ref, &isFolder), noErr);
+    EXPECT_TRUE(isFolder);
+    EXPECT_EQ(LSOpenFSRef(&ref, nullptr), noErr);
+    EXPECT_TRUE(waitUntil([&] { return std::filesystem::exists(marker); }));
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "no child, and so no zombie";
+    std::string missing = files / "Missing.app";
+    EXPECT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8*>(missing.c_str()), &ref, nullptr), fnfErr);
+    EXPECT_EQ(FSPathMakeRef(nullptr, &ref, nullptr), paramErr);
+}
