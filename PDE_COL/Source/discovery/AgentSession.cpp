@@ -84,6 +84,7 @@ void restrainNetSnmp()
     if (getenv("SNMPCONFPATH") != nullptr)
         return;
 #endif
+    unsetenv("SNMPCONFPATH");
     for (int off : {NETSNMP_DS_LIB_DONT_READ_CONFIGS, NETSNMP_DS_LIB_DONT_PERSIST_STATE})
         netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, off, 1);
     set_configuration_directory(kNowhere);

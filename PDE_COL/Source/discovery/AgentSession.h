@@ -10,7 +10,7 @@
 
 /// Keeps net-snmp from reading MIB files and per-host files and from keeping state on disk, and, but for a
 /// development build that is given SNMPCONFPATH, from reading any configuration. To be called before
-/// anything else of net-snmp; changes the environment variables that name MIBs.
+/// anything else of net-snmp; changes the environment variables that name MIBs and configuration.
 void restrainNetSnmp();
 
 /// A session with one agent, closed at the latest when the object goes. One at a time.
