@@ -45,7 +45,6 @@ NSPopUpButton* makePopUp(NSRect frame, id target, SEL action)
 {
     NSPopUpButton* popUp = [[[NSPopUpButton alloc] initWithFrame:frame pullsDown:NO] autorelease];
     [popUp setFont:[NSFont systemFontOfSize:12]];
-    [popUp setBezelStyle:NSRoundedBezelStyle];
     [popUp setTarget:target];
     [popUp setAction:action];
     return popUp;

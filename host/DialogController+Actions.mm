@@ -1,8 +1,8 @@
 #include "DialogController.h"
 
 #include "Json.h"
-#include "NamePrompt.h"
 #include "PrintProgress.h"
+#include "Prompts.h"
 
 #include <cstdlib>
 
@@ -143,11 +143,14 @@ static NSString* const kDeletePreset = @"Delete Preset";
 
 - (void)showJobOptions
 {
-    NSMutableString* list = [NSMutableString string];
-    for (const auto& [name, value] : [self jobOptions])
-        [list appendFormat:@"%@=%@\n", stringOf(name), stringOf(value)];
-    NSRunAlertPanel(@"The sample printer does not print", @"A job would carry these options:\n\n%@", @"OK",
-                    nil, nil, list);
+    NSMutableArray* names = [NSMutableArray array];
+    NSMutableDictionary* table = [NSMutableDictionary dictionaryWithObject:names
+                                                                    forKey:@"Summary Display Order"];
+    for (const auto& [name, value] : [self jobOptions]) {
+        [names addObject:stringOf(name)];
+        [table setObject:stringOf(value) forKey:stringOf(name)];
+    }
+    showTable(@"The sample printer does not print. A job would carry these options:", table);
 }
 
 - (void)print:(id)sender

@@ -1,6 +1,7 @@
-#include "NamePrompt.h"
+#include "Prompts.h"
 
 #include "Controls.h"
+#include "SummaryView.h"
 
 @interface ModalEnd : NSObject
 @end
@@ -52,4 +53,22 @@ NSString* promptForName(NSString* question, NSString* proposal)
     NSCharacterSet* blanks = [NSCharacterSet whitespaceAndNewlineCharacterSet];
     NSString* name = [[field stringValue] stringByTrimmingCharactersInSet:blanks];
     return answer == NSOKButton && [name length] > 0 ? name : nil;
+}
+
+void showTable(NSString* heading, NSDictionary* table)
+{
+    ModalEnd* end = [[[ModalEnd alloc] init] autorelease];
+    NSWindow* window = [makeWindow(NSMakeSize(500, 400), @"Print") autorelease];
+    SummaryView* rows = [[[SummaryView alloc] initWithFrame:NSMakeRect(20, 54, 460, 306)] autorelease];
+    NSButton* close = makeButton(NSMakeRect(390, 14, 90, 26), @"Close", end, @selector(accept:));
+    [close setKeyEquivalent:@"\r"];
+    [rows showSummary:table];
+    for (NSView* part in
+         @[ makeLabel(NSMakeRect(20, 368, 460, 20), heading, NSLeftTextAlignment), rows, close ])
+        [[window contentView] addSubview:part];
+    [window setDelegate:(id)end];
+    [window center];
+    [NSApp runModalForWindow:window];
+    [window setDelegate:nil];
+    [window orderOut:nil];
 }
