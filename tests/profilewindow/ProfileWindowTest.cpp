@@ -261,16 +261,17 @@ TEST_F(ProfileWindowTest, KeepsThePrintersProfilesThatAUsbQueueCannotSee)
 {
     ProfileRecord second = made(6, kFoundListed, "second.icc", "Second");
     store(listOf({kFound, kHidden, kByHand, second}));
-    run(kUsbQueue, {"window", "row 1", "press _editButton", "type _fileNameEdit mine.icc", "press _localOK",
+    run(kUsbQueue, {"window", "row 0", "press _editButton", "type _fileNameEdit mine.icc", "press _localOK",
                     "row 2", "press _deleteButton", "press _addButton", "type _fileNameEdit added.icc",
                     "press _localOK", "press window-ok"});
     ASSERT_EQ(after("window")["rows"].size(), 3u) << "the hidden one is left out";
     EXPECT_EQ(after("window")["rows"][0]["icon"], false);
-    EXPECT_EQ(buttons(after("row 1")), "_addButton _editButton _deleteButton _profileMenu 0 1");
-    ProfileRecord shownByHand = kFound, mine = kByHand;
-    shownByHand.InMenu = kByHandListed;
+    EXPECT_EQ(buttons(after("row 0")), "_addButton _editButton _deleteButton _profileMenu 0 0");
+    ProfileRecord mine = kFound;
+    mine.InMenu = kByHandListed;
+    mine.Location = kOnDisk;
     setNameText(mine.FileName, "mine.icc");
-    expectStored(listOf({kHidden, shownByHand, mine, made(502, kByHandListed, "added.icc", "")}));
+    expectStored(listOf({kHidden, mine, kByHand, made(502, kByHandListed, "added.icc", "")}));
 }
 
 TEST_F(ProfileWindowTest, ClosesAndKeepsTheListsWhenTheHelperRefusesTheWrite)
