@@ -90,7 +90,7 @@ bool HelperTest::confirms(const Strings& arguments, const ProcessOptions& option
     return said;
 }
 
-void HelperTest::expectRefused(const Strings& arguments, const ProcessOptions& options) const
+std::string HelperTest::expectRefused(const Strings& arguments, const ProcessOptions& options) const
 {
     SCOPED_TRACE(::testing::PrintToString(arguments));
     std::string before = treeOf(root);
@@ -99,6 +99,7 @@ void HelperTest::expectRefused(const Strings& arguments, const ProcessOptions& o
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.err, "");
     EXPECT_EQ(treeOf(root), before);
+    return result.err;
 }
 
 Strings HelperTest::names() const

@@ -28,8 +28,8 @@ protected:
     /// Runs the helper; whatever it was asked, its reply is short.
     ProcessResult run(const Strings& arguments, ProcessOptions options = {}) const;
     bool confirms(const Strings& arguments, const ProcessOptions& options = {}) const;
-    /// "COMMAND=FALSE", exit status 1, a reason, and nothing changed below the root folder.
-    void expectRefused(const Strings& arguments, const ProcessOptions& options = {}) const;
+    /// "COMMAND=FALSE", exit status 1, and nothing changed below the root folder. Gives the reason.
+    std::string expectRefused(const Strings& arguments, const ProcessOptions& options = {}) const;
 
     bool stage(const std::string& piece) const { return confirms({kWrite, url, piece}); }
     bool rename() const { return confirms({kRename, url}); }

@@ -73,7 +73,7 @@ TEST_F(HelperInheritsTest, SmallLimitsFailCleanlyOrDoNoHarm)
     ASSERT_TRUE(write(listText(1)));
     for (auto resource :
          {RLIMIT_FSIZE, RLIMIT_NOFILE, RLIMIT_CPU, RLIMIT_STACK, RLIMIT_AS, RLIMIT_DATA, RLIMIT_NPROC})
-        for (rlim_t value : {0, 3, 4, 5, 6, 8, 100, 65536, 1 << 20})
+        for (rlim_t value : {0, 3, 4, 5, 8, 65536, 1 << 20})
             for (bool hard : {false, true}) {
                 auto spoil = [&] {
                     rlimit limit = {};
