@@ -1,9 +1,11 @@
 #include "support/DialogScript.h"
 
+#include "support/Sandbox.h"
+
 #include <sstream>
 
 namespace {
-const nlohmann::json kNothing;
+const nlohmann::json kNothing = nlohmann::json::object();
 }
 
 const nlohmann::json& DialogRun::operator[](size_t index) const
@@ -12,10 +14,12 @@ const nlohmann::json& DialogRun::operator[](size_t index) const
 }
 
 DialogRun runDialog(std::vector<std::string> arguments, const std::vector<std::string>& script,
-                    const std::vector<std::string>& environment)
+                    std::vector<std::string> environment)
 {
     arguments.insert(arguments.begin(), PDE_BUILD_DIR "/bin/printdialog");
     arguments.insert(arguments.begin() + 1, {"--script", "-"});
+    Sandbox root;
+    environment.push_back("PDE_ROOT=" + root.path().string());
     ProcessOptions options{.environment = environment, .timeout = std::chrono::seconds(60)};
     for (const std::string& line : script)
         options.input += line + "\n";
@@ -29,7 +33,7 @@ DialogRun runDialog(std::vector<std::string> arguments, const std::vector<std::s
 
 const nlohmann::json& controlRow(const nlohmann::json& controls, const std::string& field)
 {
-    if (!controls.is_object() || !controls.contains("controls"))
+    if (!controls.contains("controls"))
         return kNothing;
     for (const nlohmann::json& row : controls["controls"])
         if (row.value("field", "") == field)

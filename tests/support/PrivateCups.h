@@ -26,10 +26,10 @@ public:
     /// Why the server does not run; empty when it does.
     const std::string& problem() const { return problem_; }
 
-    /// Makes a queue from a PPD; the schemes lpd, socket and dnssd have a backend. False, with the reason
-    /// in problem(), when the server refuses.
+    /// Makes a queue from a PPD; the schemes lpd, socket and dnssd have a backend. The default is an address
+    /// that is not asked for profiles. False, with the reason in problem(), when the server refuses.
     bool addQueue(const std::string& name, const std::filesystem::path& ppd,
-                  const std::string& deviceUri = "lpd://127.0.0.2:515/queue");
+                  const std::string& deviceUri = "socket://127.0.0.2:9100");
 
     /// Makes a queue refuse jobs.
     bool reject(const std::string& name);
