@@ -1,11 +1,45 @@
 #include "Controls.h"
 
+/// A window whose keyboard order is where its controls are: from the top down, then from left to right. The
+/// toolkit sets the order once, when the window is first shown; the panel swaps views and tabs after that.
+@interface KeyboardWindow : NSWindow
+@end
+
+@implementation KeyboardWindow
+
+- (void)selectNextKeyView:(id)sender
+{
+    [self recalculateKeyViewLoop];
+    [super selectNextKeyView:sender];
+}
+
+- (void)selectPreviousKeyView:(id)sender
+{
+    [self recalculateKeyViewLoop];
+    [super selectPreviousKeyView:sender];
+}
+
+- (void)selectKeyViewFollowingView:(NSView*)view
+{
+    [self recalculateKeyViewLoop];
+    [super selectKeyViewFollowingView:view];
+}
+
+- (void)selectKeyViewPrecedingView:(NSView*)view
+{
+    [self recalculateKeyViewLoop];
+    [super selectKeyViewPrecedingView:view];
+}
+
+@end
+
 NSWindow* makeWindow(NSSize size, NSString* title)
 {
-    NSWindow* window = [[NSWindow alloc] initWithContentRect:NSMakeRect(100, 100, size.width, size.height)
-                                                   styleMask:NSTitledWindowMask | NSClosableWindowMask
-                                                     backing:NSBackingStoreBuffered
-                                                       defer:NO];
+    NSWindow* window =
+        [[KeyboardWindow alloc] initWithContentRect:NSMakeRect(100, 100, size.width, size.height)
+                                          styleMask:NSTitledWindowMask | NSClosableWindowMask
+                                            backing:NSBackingStoreBuffered
+                                              defer:NO];
     [window setReleasedWhenClosed:NO];
     [window setTitle:title];
     return window;

@@ -28,7 +28,7 @@ static const int kMostCopies = 9999;
 
 - (NSButton*)addRadioButton:(NSString*)title left:(CGFloat)left width:(CGFloat)width row:(int)row
 {
-    NSRect frame = NSMakeRect(left, kHeaderHeight - row * kRow + 2, width, 20);
+    NSRect frame = NSMakeRect(left, kHeaderHeight - row * kRow + 1, width, 22);
     NSButton* button = makeButton(frame, title, self, @selector(pagesChosen:));
     [button setButtonType:NSRadioButton];
     [header_ addSubview:button];
@@ -42,7 +42,7 @@ static const int kMostCopies = 9999;
     copies_ = makeField(NSMakeRect(kFieldLeft, y + 1, 48, 22), @"1");
     [copies_ setTarget:self];
     [copies_ setAction:@selector(copiesTyped:)];
-    stepper_ = [[[NSStepper alloc] initWithFrame:NSMakeRect(kFieldLeft + 52, y, 16, 24)] autorelease];
+    stepper_ = [[[NSStepper alloc] initWithFrame:NSMakeRect(kFieldLeft + 52, y + 1, 16, 22)] autorelease];
     [stepper_ setMinValue:1];
     [stepper_ setMaxValue:kMostCopies];
     [stepper_ setIntValue:1];
@@ -86,6 +86,7 @@ static const int kMostCopies = 9999;
     [content addSubview:cancel_];
     [content addSubview:print_];
     [self showPage:nil];
+    [window_ setInitialFirstResponder:printers_];
     [window_ center];
     return self;
 }
@@ -150,7 +151,6 @@ static const int kMostCopies = 9999;
         [[window_ contentView] addSubview:view];
         page_ = view;
     }
-    [self linkKeyboardOrder];
     [[window_ contentView] setNeedsDisplay:YES];
 }
 
@@ -161,19 +161,6 @@ static const int kMostCopies = 9999;
     [view addSubview:makeLabel(NSMakeRect(0, size.height / 2 - 10, size.width, 20), text,
                                NSCenterTextAlignment)];
     [self showPage:view];
-}
-
-- (void)linkKeyboardOrder
-{
-    NSMutableArray* order = [NSMutableArray
-        arrayWithObjects:printers_, presets_, copies_, allPages_, somePages_, range_, pages_, nil];
-    if (page_ != nil)
-        [order addObject:page_];
-    [order addObject:cancel_];
-    [order addObject:print_];
-    for (NSUInteger i = 0; i < [order count]; ++i)
-        [[order objectAtIndex:i] setNextKeyView:[order objectAtIndex:(i + 1) % [order count]]];
-    [window_ setInitialFirstResponder:printers_];
 }
 
 - (void)copiesTyped:(id)sender

@@ -38,9 +38,6 @@ NSString* promptForName(NSString* question, NSString* proposal)
     for (NSView* part in
          @[ makeLabel(NSMakeRect(20, 84, 320, 20), question, NSLeftTextAlignment), field, cancel, save ])
         [[window contentView] addSubview:part];
-    [field setNextKeyView:cancel];
-    [cancel setNextKeyView:save];
-    [save setNextKeyView:field];
     // Return in the field is Save, as it is everywhere else in the window.
     [field setTarget:save];
     [field setAction:@selector(performClick:)];
