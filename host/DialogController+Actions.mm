@@ -167,7 +167,7 @@ static NSString* const kDeletePreset = @"Delete Preset";
     if (queue_.empty()) {
         [self showJobOptions];
     } else {
-        NSString* title = [NSString stringWithFormat:@"%@ on %@", [self windowTitle], stringOf(queue_)];
+        NSString* title = [NSString stringWithFormat:@"%@ on %@", [self jobTitle], stringOf(queue_)];
         PrintProgress* progress = [[[PrintProgress alloc] initWithQueue:queue_ title:title] autorelease];
         result = [self submitJobWithProgress:[progress](int percent) { [progress showPercent:percent]; }];
         if (result.id > 0)

@@ -72,5 +72,6 @@
 - (void)showSummary;
 - (void)takeCopies;
 - (void)showCopies;
+- (NSString*)jobTitle;
 - (NSString*)windowTitle;
 @end

@@ -47,14 +47,21 @@ static NSString* printerError(const Options& options, NSString* reason)
     [super dealloc];
 }
 
-- (NSString*)windowTitle
+/// What is to be printed; empty without files.
+- (NSString*)jobTitle
 {
     if (options_.files.empty())
-        return @"Print";
+        return @"";
     NSString* first = [stringOf(options_.files[0]) lastPathComponent];
     return options_.files.size() == 1
-               ? [NSString stringWithFormat:@"Print %@", first]
-               : [NSString stringWithFormat:@"Print %@ and %zu more", first, options_.files.size() - 1];
+               ? first
+               : [NSString stringWithFormat:@"%@ and %zu more", first, options_.files.size() - 1];
+}
+
+- (NSString*)windowTitle
+{
+    NSString* job = [self jobTitle];
+    return [job length] == 0 ? @"Print" : [NSString stringWithFormat:@"Print %@", job];
 }
 
 - (PMPrinterObject*)newPrinterWithError:(NSString**)error
@@ -238,8 +245,7 @@ static NSString* printerError(const Options& options, NSString* reason)
 {
     if (queue_.empty())
         return {};
-    PrintJob job{queue_, textOf([self windowTitle]).substr(sizeof "Print"), options_.files,
-                 [self jobOptions]};
+    PrintJob job{queue_, textOf([self jobTitle]), options_.files, [self jobOptions]};
     return submitJob(job, progress);
 }
 
