@@ -16,7 +16,7 @@ static NSString* const kDeletePreset = @"Delete Preset";
 {
     NSPopUpButton* popUp = [window_ printers];
     NSMenu* menu = [popUp menu];
-    BOOL isSample = options_.ppd == samplePpd(options_.plugin);
+    BOOL isSample = options_.ppd == samplePpd();
     NSString* title =
         isSample ? @"R4270 (sample printer)"
                  : [NSString stringWithFormat:@"%@ (PPD file)", [stringOf(options_.ppd) lastPathComponent]];
@@ -30,7 +30,18 @@ static NSString* const kDeletePreset = @"Delete Preset";
     [popUp selectItemAtIndex:MAX(index, 0)];
 }
 
+// A pop-up's list stays open until its action returns, so what may ask the user something comes after it.
 - (void)printerChosen:(id)sender
+{
+    [self performSelector:@selector(changePrinter) withObject:nil afterDelay:0];
+}
+
+- (void)presetChosen:(id)sender
+{
+    [self performSelector:@selector(changePreset) withObject:nil afterDelay:0];
+}
+
+- (void)changePrinter
 {
     std::string earlier = queue_;
     NSString* reason = nil;
@@ -68,7 +79,7 @@ static NSString* const kDeletePreset = @"Delete Preset";
     preset_ = [[popUp titleOfSelectedItem] copy];
 }
 
-- (void)presetChosen:(id)sender
+- (void)changePreset
 {
     NSPopUpButton* popUp = [window_ presets];
     NSInteger chosen = [popUp indexOfSelectedItem], save = [popUp indexOfItemWithTitle:kSavePreset];

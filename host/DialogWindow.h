@@ -23,8 +23,7 @@
     NSPopUpButton* pages_;
     NSTextField* copies_;
     NSStepper* stepper_;
-    NSButton* allPages_;
-    NSButton* somePages_;
+    NSPopUpButton* rangeChoice_;
     NSTextField* range_;
     NSButton* cancel_;
     NSButton* print_;

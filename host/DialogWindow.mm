@@ -26,15 +26,6 @@ static const int kMostCopies = 9999;
     return popUp;
 }
 
-- (NSButton*)addRadioButton:(NSString*)title left:(CGFloat)left width:(CGFloat)width row:(int)row
-{
-    NSRect frame = NSMakeRect(left, kHeaderHeight - row * kRow + 1, width, 22);
-    NSButton* button = makeButton(frame, title, self, @selector(pagesChosen:));
-    [button setButtonType:NSRadioButton];
-    [header_ addSubview:button];
-    return button;
-}
-
 - (void)addCopiesInRow:(int)row
 {
     [self addLabel:@"Copies:" row:row];
@@ -52,15 +43,15 @@ static const int kMostCopies = 9999;
         makeLabel(NSMakeRect(kFieldLeft + 84, y + 2, 52, 18), @"Pages:", NSRightTextAlignment);
     for (NSView* part in @[ copies_, stepper_, label ])
         [header_ addSubview:part];
-    allPages_ = [self addRadioButton:@"All" left:kFieldLeft + 144 width:52 row:row];
-    somePages_ = [self addRadioButton:@"Only" left:kFieldLeft + 200 width:60 row:row];
+    rangeChoice_ = makePopUp(NSMakeRect(kFieldLeft + 144, y, 110, kLine), self, @selector(rangeChosen:));
+    [rangeChoice_ addItemsWithTitles:@[ @"All", @"Only these" ]];
+    [header_ addSubview:rangeChoice_];
     range_ =
         makeField(NSMakeRect(kFieldLeft + 262, y + 1, kLeastWidth - kMargin - kFieldLeft - 262, 22), @"");
     [range_ setAutoresizingMask:NSViewWidthSizable];
     [range_ setDelegate:(id)self];
     [range_ setToolTip:@"Page numbers and ranges, for example 1-3, 5"];
     [header_ addSubview:range_];
-    [self pagesChosen:allPages_];
 }
 
 - (instancetype)initWithTarget:(id<DialogActions>)target title:(NSString*)title
@@ -174,20 +165,16 @@ static const int kMostCopies = 9999;
     [copies_ setIntValue:[stepper_ intValue]];
 }
 
-- (void)pagesChosen:(id)sender
+- (void)rangeChosen:(id)sender
 {
-    BOOL all = sender == allPages_;
-    [allPages_ setState:all ? NSOnState : NSOffState];
-    [somePages_ setState:all ? NSOffState : NSOnState];
-    if (!all)
+    if ([rangeChoice_ indexOfSelectedItem] == 1)
         [window_ makeFirstResponder:range_];
 }
 
 /// Typing a range chooses it.
 - (void)controlTextDidChange:(NSNotification*)notification
 {
-    [allPages_ setState:NSOffState];
-    [somePages_ setState:NSOnState];
+    [rangeChoice_ selectItemAtIndex:1];
 }
 
 - (BOOL)windowShouldClose:(id)sender
@@ -203,7 +190,7 @@ static const int kMostCopies = 9999;
 
 - (NSString*)pageRanges
 {
-    if ([allPages_ state] == NSOnState)
+    if ([rangeChoice_ indexOfSelectedItem] == 0)
         return @"";
     NSString* text = [[range_ stringValue] stringByReplacingOccurrencesOfString:@" " withString:@""];
     int last = 0;
@@ -227,9 +214,7 @@ static const int kMostCopies = 9999;
     [copies_ setIntValue:MAX(1, MIN(kMostCopies, copies))];
     [stepper_ setIntValue:[copies_ intValue]];
     [range_ setStringValue:ranges];
-    BOOL all = [ranges length] == 0;
-    [allPages_ setState:all ? NSOnState : NSOffState];
-    [somePages_ setState:all ? NSOffState : NSOnState];
+    [rangeChoice_ selectItemAtIndex:[ranges length] == 0 ? 0 : 1];
 }
 
 @end

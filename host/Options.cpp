@@ -9,13 +9,18 @@ namespace {
 
 constexpr char kInstalledPlugin[] = "/Library/Printers/QUORVEX/R4270/R4270.plugin";
 
-/// In a build the bundle stands in the folder above the executable's.
+/// The folder above the executable's: that of a build, or the prefix of an installation.
+fs::path prefix()
+{
+    std::error_code ignored;
+    return fs::read_symlink("/proc/self/exe", ignored).parent_path().parent_path();
+}
+
 std::string defaultPlugin()
 {
     std::error_code ignored;
-    fs::path beside =
-        fs::read_symlink("/proc/self/exe", ignored).parent_path().parent_path() / "R4270.plugin";
-    return fs::is_directory(beside, ignored) ? beside.string() : kInstalledPlugin;
+    fs::path ofBuild = prefix() / "R4270.plugin";
+    return fs::is_directory(ofBuild, ignored) ? ofBuild.string() : kInstalledPlugin;
 }
 
 void describe(CLI::App& app, Options& options)
@@ -38,15 +43,15 @@ void describe(CLI::App& app, Options& options)
 
 } // namespace
 
-std::string samplePpd(const std::string& plugin)
+std::string samplePpd()
 {
-    fs::path beside = fs::path(plugin).parent_path() / "R4270.ppd";
+    fs::path installed = prefix() / "share/ppd/QUORVEX/R4270.ppd";
 #ifdef PDE_SAMPLE_PPD
     std::error_code ignored;
-    if (!fs::exists(beside, ignored))
+    if (!fs::exists(installed, ignored))
         return PDE_SAMPLE_PPD;
 #endif
-    return beside.string();
+    return installed.string();
 }
 
 std::optional<int> parseOptions(int argc, char** argv, Options& options)
@@ -62,7 +67,7 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options)
         if (options.plugin.size() > 1 && options.plugin.back() == '/')
             options.plugin.pop_back();
         if (options.ppd.empty())
-            options.ppd = samplePpd(options.plugin);
+            options.ppd = samplePpd();
         return std::nullopt;
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;

@@ -20,8 +20,8 @@ struct Options {
 /// Gives the status to exit with when there is nothing more to do: 0 after --help, 2 after wrong usage.
 std::optional<int> parseOptions(int argc, char** argv, Options& options);
 
-/// The PPD of the sample printer: beside the bundle, or in the source tree of a development build.
-std::string samplePpd(const std::string& plugin);
+/// The PPD of the sample printer: the installed one, or the source tree's in a development build.
+std::string samplePpd();
 
 /// The queue identifier of the sample printer.
 inline constexpr char kSampleQueue[] = "R4270-sample";
