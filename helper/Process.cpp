@@ -79,22 +79,25 @@ bool settleDescriptors()
 
 void settleSignals()
 {
+    itimerval off = {};
+    setitimer(ITIMER_VIRTUAL, &off, nullptr);
+    setitimer(ITIMER_PROF, &off, nullptr);
+    alarm(0);
     struct sigaction standard = {};
     standard.sa_handler = SIG_DFL;
-    for (int number = 1; number < NSIG; ++number)
-        (void)sigaction(number, &standard, nullptr);
-    // A reader that has gone, or a file that may not grow, is an error of the call and not the end.
     struct sigaction ignored = {};
     ignored.sa_handler = SIG_IGN;
+    for (int number = 1; number < NSIG; ++number) {
+        (void)sigaction(number, &ignored, nullptr); // forgets one that the caller left waiting
+        (void)sigaction(number, &standard, nullptr);
+    }
+    // A reader that has gone, or a file that may not grow, is an error of the call and not the end.
     sigaction(SIGPIPE, &ignored, nullptr);
     sigaction(SIGXFSZ, &ignored, nullptr);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    itimerval off = {};
-    setitimer(ITIMER_VIRTUAL, &off, nullptr);
-    setitimer(ITIMER_PROF, &off, nullptr);
-    // Replaces an alarm that the caller left; the default action ends the process.
+    // The default action ends the process.
     alarm(kDeadlineSeconds);
 }
 
