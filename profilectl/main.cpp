@@ -3,6 +3,7 @@
 #include "StoredProfiles.h"
 
 #include "profiles/DriverPaths.h"
+#include "profiles/HelperChannel.h"
 #include "profiles/ProfileRecord.h"
 
 #include <CLI/CLI.hpp>
@@ -149,6 +150,7 @@ private:
 
 int main(int argc, char** argv)
 {
+    passHelperMessages();
     try {
         return CommandLine().run(argc, argv);
     } catch (const CommandError& error) {

@@ -17,6 +17,8 @@ namespace {
 constexpr size_t kLongestReply = 1 << 20;
 constexpr int kFirstFree = STDERR_FILENO + 1;
 
+bool messagesPass = false;
+
 /// Both ends closed on exec and above the standard descriptors, which a host may have closed.
 bool openPipe(int (&ends)[2])
 {
@@ -78,7 +80,7 @@ struct SpawnSettings {
         sigemptyset(&none);
         sigfillset(&all);
         short flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
-        bool hasError = fcntl(STDERR_FILENO, F_GETFD) >= 0;
+        bool hasError = messagesPass && fcntl(STDERR_FILENO, F_GETFD) >= 0;
         valid = posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0) == 0 &&
                 posix_spawn_file_actions_adddup2(&files, output, STDOUT_FILENO) == 0 &&
                 (hasError ||
@@ -134,6 +136,11 @@ bool drain(int input, std::string& reply)
 }
 
 } // namespace
+
+void passHelperMessages()
+{
+    messagesPass = true;
+}
 
 std::optional<std::string> helperReply(const std::vector<std::string>& arguments)
 {

@@ -14,6 +14,10 @@
 /// or longer than 1 MiB. How the helper exited does not count.
 std::optional<std::string> helperReply(const std::vector<std::string>& arguments);
 
+/// From now on, what the helper says on standard error goes to this process's: for a program that is used at
+/// a terminal. Without this call it is dropped, since a panel must not write into the log of its host.
+void passHelperMessages();
+
 /// Runs a command; true when the reply holds "COMMAND=TRUE" anywhere.
 bool helperConfirms(const std::vector<std::string>& arguments);
 
