@@ -316,5 +316,6 @@ TEST_F(ProfileWindowTest, NeedsNoMoreMemoryTheHundredthTime)
         return dialog.process.peakKilobytes;
     };
     long few = peakAfter(10);
-    EXPECT_LT(peakAfter(100) - few, 1024) << few;
+    // The script's answers have a part in it; a copy of the lists kept at each opening would be 22 MB.
+    EXPECT_LT(peakAfter(100) - few, 8192) << few;
 }
