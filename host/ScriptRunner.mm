@@ -43,6 +43,9 @@ static void postEvent()
 
 - (void)tickAfter:(NSTimeInterval)delay
 {
+    // A mode keeps the timers that went off in another one until it is looked at, which this one hardly is.
+    if (![[[NSRunLoop currentRunLoop] currentMode] isEqual:NSEventTrackingRunLoopMode])
+        [[NSRunLoop currentRunLoop] limitDateForMode:NSEventTrackingRunLoopMode];
     [self performSelector:@selector(tick)
                withObject:nil
                afterDelay:delay

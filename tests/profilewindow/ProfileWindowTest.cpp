@@ -316,6 +316,5 @@ TEST_F(ProfileWindowTest, NeedsNoMoreMemoryTheHundredthTime)
         return dialog.process.peakKilobytes;
     };
     long few = peakAfter(10);
-    // The script's answers have a part in it; a copy of the lists kept at each opening would be 22 MB.
-    EXPECT_LT(peakAfter(100) - few, 8192) << few;
+    EXPECT_LT(peakAfter(100) - few, 1024) << few;
 }
