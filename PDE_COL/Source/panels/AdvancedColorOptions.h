@@ -1,19 +1,11 @@
 #pragma once
 
-#include "common/ControlItem.h"
-#include "plugin/ClassNames.h"
-
-#include <cups/ppd.h>
+#include "panels/ControlTableView.h"
 
 /// The second view of the panel: source, intent, gray treatment, destination, halftone and edges for images,
 /// text and graphics, the simulation of another press, and the buttons to profiles and downloads.
-@interface AdvancedColorOptions : NSView
+@interface AdvancedColorOptions : ControlTableView
 {
-    ppd_file_t* ppd;
-    PDEControlItem* ctrlTable;
-    SInt16 ctrlCount;
-    PMPrintSettings setting;
-    PMPrintSession session;
     IBOutlet NSPopUpButton* menu_iRGBSource;
     IBOutlet NSPopUpButton* menu_iRGBIntent;
     IBOutlet NSPopUpButton* menu_iRGBGrayTreatment;
@@ -62,33 +54,15 @@
     IBOutlet NSButton* button_HideAdvancedOptions;
 }
 
-/// Not owned; must outlive the view. `file` is a ppd_file_t.
-- (void)setPPDFile:(void*)file;
-- (void)setPMPrint:(PMPrintSettings)printSettings session:(PMPrintSession)printSession;
-
-/// Bounds with origin (0, 0) and the rectangle's size.
-- (void)setViewBounds:(NSRect)rect;
-
 /// Builds the table from the outlets and the PPD and shows the Image tab; deallocPDEControlTable frees it.
-/// Without memory the table stays null, and everything below treats it as empty. Asks the helper whether
-/// this user may manage profiles, and waits for its answer.
+/// Asks the helper whether this user may manage profiles, and waits for its answer.
 - (void)createPDEControlTable;
-- (void)deallocPDEControlTable;
-- (PDEControlItem*)getControlData;
-/// Rows of the table, its end row included.
-- (SInt16)getControlCount;
 
-/// Adds the option keywords to a mutable array; createPPDKeyNSArrayAdvance: adds "" for rows without one,
-/// too, and has no caller.
-- (void)addPPDArray:(NSMutableArray*)array;
+/// Adds the key of every row to a mutable array, "" for rows without an option. Has no caller.
 - (void)createPPDKeyNSArrayAdvance:(NSMutableArray*)array;
 
-/// Fills the menus from the PPD and the profile lists and sets the localised titles.
+/// Fills the menus from the PPD and the profile lists.
 - (void)createPDEItemForPPDKey;
-- (void)getSummaryText:(NSMutableDictionary*)dict addArray:(NSMutableArray*)array;
-- (void)setControlValueToTicket;
-- (void)getControlValueFromTicket;
-- (void)defaultFromPPDInfo;
 
 /// Starts the download manager; nothing happens where it is not installed.
 - (IBAction)downloadManagerButton:(id)sender;

@@ -1,9 +1,6 @@
 #include "panels/AdvancedColorOptions.h"
 
 #include "common/ControlTable.h"
-#include "common/PDECommon+ControlTable.h"
-#include "common/PDECommon+Summary.h"
-#include "common/PDECommon+Ticket.h"
 #include "profiles/DriverPaths.h"
 #include "profiles/PDECommon+Profiles.h"
 #include "profiles/ProfileListOperations.h"
@@ -11,26 +8,6 @@
 #include <cstdio>
 
 @implementation AdvancedColorOptions
-
-- (void)drawRect:(NSRect)rect
-{
-}
-
-- (void)setPPDFile:(void*)file
-{
-    ppd = static_cast<ppd_file_t*>(file);
-}
-
-- (void)setPMPrint:(PMPrintSettings)printSettings session:(PMPrintSession)printSession
-{
-    setting = printSettings;
-    session = printSession;
-}
-
-- (void)setViewBounds:(NSRect)rect
-{
-    [self setBounds:NSMakeRect(0, 0, rect.size.width, rect.size.height)];
-}
 
 - (void)createPDEControlTable
 {
@@ -107,32 +84,9 @@
         {button_HideAdvancedOptions, PDEControlKindButton, kNoKey, "Hide Advanced Options", nullptr, kNoKey},
         kEndRow,
     };
-    constexpr SInt16 count = sizeof rows / sizeof rows[0];
-    ctrlTable = createControlTable(rows, count, ppd);
-    ctrlCount = ctrlTable != nullptr ? count : 0;
+    [self useRows:rows count:sizeof rows / sizeof rows[0]];
     [tab_SwitchVew selectTabViewItemAtIndex:0];
     [button_ManageProfile setEnabled:VelPListIsAdminProfile() != 0];
-}
-
-- (void)deallocPDEControlTable
-{
-    freeControlTable(ctrlTable);
-    ctrlTable = nullptr;
-}
-
-- (PDEControlItem*)getControlData
-{
-    return ctrlTable;
-}
-
-- (SInt16)getControlCount
-{
-    return ctrlCount;
-}
-
-- (void)addPPDArray:(NSMutableArray*)array
-{
-    (void)[PDECommon commonAddPPDArray:array table:ctrlTable];
 }
 
 - (void)createPPDKeyNSArrayAdvance:(NSMutableArray*)array
@@ -142,28 +96,8 @@
 
 - (void)createPDEItemForPPDKey
 {
-    [PDECommon commonBuildPDEItem:ctrlTable ppdfile:ppd];
+    [super createPDEItemForPPDKey];
     (void)[PDECommon commonAddMenuFromProfilePlist:ctrlTable];
-}
-
-- (void)getSummaryText:(NSMutableDictionary*)dict addArray:(NSMutableArray*)array
-{
-    (void)[PDECommon commonGetSummaryText:ctrlTable adddict:dict addArray:array];
-}
-
-- (void)setControlValueToTicket
-{
-    (void)[PDECommon commonSyncTicketFromPane:setting session:session table:ctrlTable];
-}
-
-- (void)getControlValueFromTicket
-{
-    (void)[PDECommon commonSyncPaneFromTicket:setting session:session table:ctrlTable];
-}
-
-- (void)defaultFromPPDInfo
-{
-    [PDECommon commonDefaultFromPPDInfo:ctrlTable];
 }
 
 - (IBAction)downloadManagerButton:(id)sender

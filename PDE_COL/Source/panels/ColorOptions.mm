@@ -1,31 +1,8 @@
 #include "panels/ColorOptions.h"
 
 #include "common/ControlTable.h"
-#include "common/PDECommon+ControlTable.h"
-#include "common/PDECommon+Summary.h"
-#include "common/PDECommon+Ticket.h"
 
 @implementation ColorOptions
-
-- (void)drawRect:(NSRect)rect
-{
-}
-
-- (void)setPPDFile:(void*)file
-{
-    ppd = static_cast<ppd_file_t*>(file);
-}
-
-- (void)setPMPrint:(PMPrintSettings)printSettings session:(PMPrintSession)printSession
-{
-    setting = printSettings;
-    session = printSession;
-}
-
-- (void)setViewBounds:(NSRect)rect
-{
-    [self setBounds:NSMakeRect(0, 0, rect.size.width, rect.size.height)];
-}
 
 - (void)createPDEControlTable
 {
@@ -44,60 +21,12 @@
          "GoToAdvancedOptionsButton"},
         kEndRow,
     };
-    constexpr SInt16 count = sizeof rows / sizeof rows[0];
-    ctrlTable = createControlTable(rows, count, ppd);
-    ctrlCount = ctrlTable != nullptr ? count : 0;
-}
-
-- (void)deallocPDEControlTable
-{
-    freeControlTable(ctrlTable);
-    ctrlTable = nullptr;
-}
-
-- (PDEControlItem*)getControlData
-{
-    return ctrlTable;
-}
-
-- (SInt16)getControlCount
-{
-    return ctrlCount;
-}
-
-- (void)addPPDArray:(NSMutableArray*)array
-{
-    (void)[PDECommon commonAddPPDArray:array table:ctrlTable];
+    [self useRows:rows count:sizeof rows / sizeof rows[0]];
 }
 
 - (void)createPPDKeyNSArray:(NSMutableArray*)array
 {
     addAllKeys(array, ctrlTable);
-}
-
-- (void)createPDEItemForPPDKey
-{
-    [PDECommon commonBuildPDEItem:ctrlTable ppdfile:ppd];
-}
-
-- (void)getSummaryText:(NSMutableDictionary*)dict addArray:(NSMutableArray*)array
-{
-    (void)[PDECommon commonGetSummaryText:ctrlTable adddict:dict addArray:array];
-}
-
-- (void)setControlValueToTicket
-{
-    (void)[PDECommon commonSyncTicketFromPane:setting session:session table:ctrlTable];
-}
-
-- (void)getControlValueFromTicket
-{
-    (void)[PDECommon commonSyncPaneFromTicket:setting session:session table:ctrlTable];
-}
-
-- (void)defaultFromPPDInfo
-{
-    [PDECommon commonDefaultFromPPDInfo:ctrlTable];
 }
 
 - (SInt16)getQuickColorValue

@@ -14,6 +14,7 @@ PDE_DECLARE_CLASS(MainView);
 PDE_DECLARE_CLASS(PainChangeController);
 PDE_DECLARE_CLASS(PainInterface);
 PDE_DECLARE_CLASS(PDECommon);
+PDE_DECLARE_CLASS(ControlTableView);
 PDE_DECLARE_CLASS(ColorOptions);
 PDE_DECLARE_CLASS(AdvancedColorOptions);
 PDE_DECLARE_CLASS(ProfileControl);
