@@ -30,6 +30,17 @@ static void releaseForgottenDocuments()
     documentsOfLoad = nil;
 }
 
+// Whether the loader left a reference of its own on the top-level objects, which nobody would release. A
+// root view shows it: nothing but the array holds one.
+static bool hasForgottenReferences(NSArray* objects)
+{
+    for (id object in objects) {
+        if ([object isKindOfClass:[NSView class]] && [object superview] == nil)
+            return [object retainCount] > 1;
+    }
+    return false;
+}
+
 @implementation NSNib (TopLevelOwnership)
 
 - (BOOL)instantiateWithOwner:(id)owner topLevelObjects:(NSArray**)topLevelObjects
@@ -49,9 +60,10 @@ static void releaseForgottenDocuments()
         method_setImplementation(method, (IMP)initDocument);
         releaseForgottenDocuments();
     }
-    // Each carries a reference that nobody has.
-    for (id object in objects)
-        [object release];
+    if (hasForgottenReferences(objects)) {
+        for (id object in objects)
+            [object release];
+    }
     if (topLevelObjects != nullptr)
         *topLevelObjects = [objects autorelease];
     return loaded;
