@@ -2,6 +2,8 @@
 add_library(platform INTERFACE)
 target_link_libraries(platform INTERFACE
     "-framework Cocoa" "-framework ApplicationServices" "-framework CoreServices" "-lcups")
-find_library(PUGIXML_ARCHIVE libpugixml.a REQUIRED)
-add_library(pugixml_static STATIC IMPORTED)
-set_target_properties(pugixml_static PROPERTIES IMPORTED_LOCATION ${PUGIXML_ARCHIVE})
+
+find_package(pugixml REQUIRED)
+add_library(pugixml_static ALIAS pugixml::pugixml)
+find_path(UTFCPP_HEADERS utf8.h PATH_SUFFIXES utf8cpp REQUIRED)
+include_directories(SYSTEM ${UTFCPP_HEADERS})
