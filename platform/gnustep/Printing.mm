@@ -1,8 +1,12 @@
 #include <PrintingObjects.h>
 
 #include <cerrno>
+#include <clocale>
+#include <cstdlib>
 #include <cstring>
 #include <cups/cups.h>
+#include <optional>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,6 +30,39 @@ NSString* text(NSString* format, ...)
     NSString* result = [[[NSString alloc] initWithFormat:format arguments:arguments] autorelease];
     va_end(arguments);
     return result;
+}
+
+/// The toolkit's first language as a locale's name.
+std::string toolkitLanguage()
+{
+    NSString* language = [[NSLocale preferredLanguages] objectAtIndex:0];
+    if ([language isEqual:@"zh-Hans"])
+        return "zh_CN";
+    if ([language isEqual:@"zh-Hant"])
+        return "zh_TW";
+    return [[language stringByReplacingOccurrencesOfString:@"-" withString:@"_"] UTF8String];
+}
+
+/// Opens a PPD with its texts in the toolkit's language. libcups goes by the locale instead, and reads no
+/// other translation from the file. Only where the locale is "C", as it is for a language whose locale is not
+/// installed, it goes by the variable.
+ppd_file_t* openLocalised(const char* path)
+{
+    constexpr char kVariable[] = "LC_MESSAGES";
+    std::optional<std::string> variable;
+    if (const char* value = getenv(kVariable))
+        variable = value;
+    std::string locale = setlocale(LC_MESSAGES, nullptr);
+    setlocale(LC_MESSAGES, "C");
+    setenv(kVariable, toolkitLanguage().c_str(), 1);
+    ppd_file_t* ppd = ppdOpenFile(path);
+    (void)ppdLocalize(ppd); // refuses what could not be opened
+    if (variable)
+        setenv(kVariable, variable->c_str(), 1);
+    else
+        unsetenv(kVariable);
+    setlocale(LC_MESSAGES, locale.c_str());
+    return ppd;
 }
 
 PMSettingsObject* settingsOf(PMPrintSettings handle)
@@ -135,7 +172,7 @@ PMSettingsObject* settingsOf(PMPrintSettings handle)
     self = [super init];
     identifier_ = [identifier copy];
     deviceURI_ = [uri copy];
-    ppdFile_ = ppdOpenFile([ppdPath fileSystemRepresentation]);
+    ppdFile_ = openLocalised([ppdPath fileSystemRepresentation]);
     if (ppdFile_ == nullptr) {
         int line = 0;
         ppd_status_t status = ppdLastError(&line);

@@ -6,7 +6,9 @@
 #include "support/Process.h"
 #include "support/Sandbox.h"
 
+#include <clocale>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -120,6 +122,32 @@ TEST_F(PrintingTest, PrinterWithoutAReadablePpdSaysWhy)
     NSString* reason = nil;
     EXPECT_TRUE([[PMPrinterObject alloc] initWithQueue:@"Q" error:&reason] == nil);
     EXPECT_GT([reason length], 0u);
+}
+
+TEST_F(PrintingTest, PpdTextsFollowTheToolkitsLanguageWhateverTheLocale)
+{
+    NSArray* languages = [NSUserDefaults userLanguages];
+    struct {
+        NSString* language;
+        const char* text;
+    } const cases[] = {{@"German", "Strichzeichnung"},
+                       {@"SimplifiedChinese", "线条图"},
+                       {@"Dutch", "Line Art"},
+                       {@"English", "Line Art"}};
+    std::string locale = setlocale(LC_MESSAGES, nullptr);
+    ScopedVariable variable("LC_MESSAGES", "fr_FR");
+    for (const char* inUse : {"C", "C.UTF-8"}) {
+        setlocale(LC_MESSAGES, inUse);
+        for (const auto& c : cases) {
+            [NSUserDefaults setUserLanguages:@[ c.language ]];
+            ppd_option_t* option = ppdFindOption([printer(@"Q", nil) ppdFile], "VelQuickColor");
+            EXPECT_STREQ(ppdFindChoice(option, "LineArt")->text, c.text) << [c.language UTF8String];
+            EXPECT_STREQ(setlocale(LC_MESSAGES, nullptr), inUse);
+        }
+    }
+    EXPECT_STREQ(getenv("LC_MESSAGES"), "fr_FR");
+    setlocale(LC_MESSAGES, locale.c_str());
+    [NSUserDefaults setUserLanguages:languages];
 }
 
 TEST_F(PrintingTest, AnApplicationStartsAndLeavesNoChildBehind)
