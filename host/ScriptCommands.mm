@@ -6,6 +6,7 @@
 #include "Screenshot.h"
 
 #include <charconv>
+#include <cmath>
 #include <iterator>
 #include <optional>
 
@@ -114,7 +115,9 @@ Json view(DialogController* dialog, std::string)
     if (view == nil)
         return errorAnswer("the panel has no view");
     NSSize size = [view frame].size;
-    return {{"view", shortClassName(view)}, {"width", size.width}, {"height", size.height}};
+    return {{"view", shortClassName(view)},
+            {"width", std::lround(size.width)},
+            {"height", std::lround(size.height)}};
 }
 
 Json willShow(DialogController* dialog, std::string)

@@ -54,9 +54,11 @@ int main(int argc, char** argv)
         fprintf(stderr, "printdialog: %s: cannot be read\n", options.script.c_str());
         return 2;
     }
-    // The toolkit would take our arguments for documents to open.
-    char* toolkitArguments[] = {argv[0], nullptr};
-    [NSProcessInfo initializeWithArguments:toolkitArguments count:1 environment:environ];
+    // The toolkit would take our arguments for documents to open. A second dialog is for another document:
+    // it never gives way to the first, also where the user wants that of programs.
+    char useRunningCopy[] = "-NSUseRunningCopy", no[] = "NO";
+    char* toolkitArguments[] = {argv[0], useRunningCopy, no, nullptr};
+    [NSProcessInfo initializeWithArguments:toolkitArguments count:3 environment:environ];
     @autoreleasepool {
         registerAppearance();
         @try {

@@ -3,6 +3,7 @@
 #include "support/DialogScript.h"
 #include "support/Sandbox.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -73,7 +74,7 @@ TEST_F(PrintDialog, CarriesASessionFromOpeningToThePrintJob)
     EXPECT_EQ(dialog[2].at("keys")[0], "VelImageRGBSource");
     EXPECT_EQ(dialog[2].at("keys")[21], "VelQuickColor");
     EXPECT_EQ(dialog[3].at("view"), "MainView");
-    EXPECT_GT(dialog[3].at("width"), 300);
+    EXPECT_EQ(dialog[3].at("width").dump(), "620");
     EXPECT_EQ(dialog[4], json({{"result", true}}));
     EXPECT_EQ(dialog[5], json({{"result", nullptr}}));
     EXPECT_EQ(dialog[6].at("shown"), "ColorOptions");
@@ -349,6 +350,33 @@ TEST_F(PrintDialog, SaysWhatIsWrongWithTheCommandLine)
     ProcessResult noDisplay = runProcess({dialog, "--script", "/dev/null"}, {.environment = {"DISPLAY="}});
     EXPECT_EQ(noDisplay.status, 1);
     EXPECT_NE(noDisplay.err.find("no display"), std::string::npos) << noDisplay.err;
+}
+
+TEST_F(PrintDialog, OpensBesideAnotherOfTheSameUserEvenIfProgramsAreToRunOnce)
+{
+    auto setDefault = [](const char* command, const char* value) {
+        return runProcess(
+            {"sh", "-c", std::string("defaults ") + command + " NSGlobalDomain NSUseRunningCopy" + value});
+    };
+    ASSERT_EQ(setDefault("write", " YES").status, 0);
+    std::string log = root / "log", script = root / "script";
+    ASSERT_EQ(runProcess({"mkfifo", script}).status, 0);
+    BackgroundProcess first({PDE_BUILD_DIR "/bin/printdialog", "--ppd", kPpd, "--script", script}, log,
+                            environment());
+    std::ofstream lines(script);
+    auto answers = [&] {
+        std::string text = readFile(log);
+        return std::count(text.begin(), text.end(), '{');
+    };
+    lines << "open" << std::endl;
+    EXPECT_TRUE(waitUntil([&] { return answers() == 1; }, std::chrono::seconds(30))) << readFile(log);
+    DialogRun second = run({}, {"open", "view"});
+    EXPECT_EQ(second.process.status, 0) << second.process.err;
+    EXPECT_EQ(second[1].value("view", ""), "MainView");
+    lines << "view" << std::endl;
+    EXPECT_TRUE(waitUntil([&] { return answers() == 2; }, std::chrono::seconds(30))) << readFile(log);
+    EXPECT_TRUE(first.running());
+    EXPECT_EQ(setDefault("delete", "").status, 0);
 }
 
 TEST_F(PrintDialog, KeepsNoMemoryOfPanelsThatWereClosed)
