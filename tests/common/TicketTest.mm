@@ -120,6 +120,21 @@ TEST_F(Ticket, DoesNothingWhereSomethingElseStandsInPlaceOfADictionary)
     }
 }
 
+TEST_F(Ticket, KeepsAllQueuesWhenAnEntryHasTheModelsName)
+{
+    for (id odd in @[ @"text", @{@"Q" : @"x"}, @5 ]) {
+        NSDictionary* other = @{@"VelBrightness" : @"Darker"};
+        EXPECT_EQ(
+            restoredFrom(
+                @{@"R4270" : @{@"Queue" : @{@"R4270" : odd, @"VelQuickColor" : @"Photo"}, @"Other" : other}
+                })[0],
+            1);
+        EXPECT_EQ(save(), 0);
+        EXPECT_TRUE([[[[settings values] objectForKey:@"R4270"] objectForKey:@"Other"] isEqual:other]);
+        EXPECT_TRUE([[[settings values] objectForKey:@"VelEdgeType"] isEqual:@"Medium"]);
+    }
+}
+
 TEST_F(Ticket, WritesNothingForAPopupWithoutASelection)
 {
     [table[1].control selectItemAtIndex:-1];

@@ -19,7 +19,8 @@
 
 + (BOOL)commonCFTypeIsValid:(CFTypeRef)object type:(CFTypeID)type;
 
-/// Copies every entry with a string key to the top level of the settings. -108 when memory is short.
+/// Copies every entry with a string key to the top level of the settings, but for one that is named as the
+/// model dictionary. -108 when memory is short.
 + (int)commonCFDictionaryMapToTicket:(PMPrintSettings)settings copyDict:(CFDictionaryRef)dictionary;
 
 /// The control value for a stored one. A pop-up: its index, or -1 when it is no choice. A check box: 1 for

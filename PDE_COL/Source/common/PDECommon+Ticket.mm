@@ -147,7 +147,10 @@ static int storedValue(const PDEControlItem& row, CFDictionaryRef choices, int c
     if (status == kStatusOK) {
         CFDictionaryGetKeysAndValues(dictionary, keys, values);
         for (size_t i = 0; i < count; ++i) {
-            if ([self commonCFTypeIsValid:keys[i] type:CFStringGetTypeID()])
+            // An entry that has the model dictionary's own name, which only broken settings hold, would take
+            // the place of all queues' choices.
+            if ([self commonCFTypeIsValid:keys[i] type:CFStringGetTypeID()] &&
+                ![(NSString*)keys[i] isEqualToString:[self commonGetPPDProductName:settings]])
                 (void)PMPrintSettingsSetValue(settings, static_cast<CFStringRef>(keys[i]), values[i], false);
         }
     }
