@@ -42,14 +42,16 @@ static CFStringRef newChoiceString(const char* bytes, CFStringEncoding encoding)
     return string;
 }
 
-static void clearMark(ppd_file_t* ppd, const char* option, const char* choice)
+static void clearMark(ppd_file_t* ppd, const ppd_option_t* option, ppd_choice_t* choice)
 {
-    ppd_choice_t* asked = ppdFindChoice(ppdFindOption(ppd, option), choice);
-    if (asked == nullptr)
-        return;
-    asked->marked = 0;
-    // libcups keeps the marked choices a second time, and finds them there.
-    cupsArrayRemove(ppd->marked, asked);
+    choice->marked = 0;
+    // libcups keeps the marked choices a second time, in an array that tells them apart by their option only.
+    while (cupsArrayRemove(ppd->marked, choice))
+        continue;
+    for (int i = 0; i < option->num_choices; ++i) {
+        if (option->choices[i].marked)
+            cupsArrayAdd(ppd->marked, &option->choices[i]);
+    }
     (void)ppdConflicts(ppd);
 }
 
@@ -119,18 +121,21 @@ static int checkBoxChoice(const PDEControlItem* item)
 
 + (BOOL)commonIsPPDChoiceConflicted:(ppd_file_t*)ppd option:(const char*)option choice:(const char*)choice
 {
-    const ppd_option_t* found = ppdFindOption(ppd, option);
+    ppd_option_t* found = ppdFindOption(ppd, option);
     if (found == nullptr)
         return NO;
     if (ppdIsMarked(ppd, option, choice))
         return found->conflicted != 0;
     const ppd_choice_t* marked = ppdFindMarkedChoice(ppd, option);
+    ppd_choice_t* asked = ppdFindChoice(found, choice);
+    bool wasMarked = asked != nullptr && asked->marked;
     (void)ppdMarkOption(ppd, option, choice);
     BOOL conflicted = found->conflicted != 0;
-    if (marked != nullptr)
+    if (marked != nullptr && !marked->marked)
         (void)ppdMarkOption(ppd, option, marked->choice);
-    else
-        clearMark(ppd, option, choice);
+    // Still there: nothing was marked, or the option takes several marks at once.
+    if (asked != nullptr && asked->marked && !wasMarked)
+        clearMark(ppd, found, asked);
     return conflicted;
 }
 
