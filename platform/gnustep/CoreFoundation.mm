@@ -183,9 +183,13 @@ CFRange CFStringFind(CFStringRef string, CFStringRef wanted, CFOptionFlags)
 
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStringEncoding encoding)
 {
-    return [(NSString*)string getCString:buffer
-                               maxLength:(NSUInteger)size
-                                encoding:foundationEncoding(encoding)];
+    // Foundation's own method raises for a character that the encoding lacks.
+    NSData* bytes = [(NSString*)string dataUsingEncoding:foundationEncoding(encoding)];
+    if (bytes == nil || (CFIndex)[bytes length] >= size)
+        return false;
+    [bytes getBytes:buffer length:[bytes length]];
+    buffer[[bytes length]] = '\0';
+    return true;
 }
 
 CFStringEncoding CFStringGetSystemEncoding(void)
