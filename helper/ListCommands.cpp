@@ -80,7 +80,8 @@ Outcome swapLists(const Account& account, int mode)
     std::string text;
     {
         RootScope root;
-        Outcome outcome = readOwnFile(folder, from, Outcome::kNoList, text);
+        Outcome whenAbsent = keep ? Outcome::kNoList : Outcome::kNoPreviousCopy;
+        Outcome outcome = readOwnFile(folder, from, whenAbsent, text);
         if (outcome != Outcome::kDone)
             return outcome;
     }
@@ -107,7 +108,7 @@ Outcome removeList(const Account& account, const std::string& name)
     RootScope root;
     switch (stateOf(folder, name)) {
     case NameState::kAbsent:
-        return Outcome::kNoList;
+        return name == account.currentName ? Outcome::kNoList : Outcome::kNoPreviousCopy;
     case NameState::kSomethingElse:
         return Outcome::kUnsafeFile;
     case NameState::kOwnFile:

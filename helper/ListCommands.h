@@ -9,7 +9,8 @@
 /// is not one is thrown away.
 Outcome publishStagedList(const Account& account);
 
-/// The modes of a swap. Any other mode does nothing and is kNoSuchMode.
+/// The modes of a swap, which are kNoList and kNoPreviousCopy when there is nothing to copy. Any other mode
+/// does nothing and is kNoSuchMode.
 inline constexpr int kKeepPreviousCopy = 2; ///< copies the current list to the previous copy
 inline constexpr int kPutBackPreviousCopy = 3;
 Outcome swapLists(const Account& account, int mode);
@@ -17,5 +18,6 @@ Outcome swapLists(const Account& account, int mode);
 /// kNoList unless the current list stands there.
 Outcome currentListExists(const Account& account);
 
-/// Removes the current list or its previous copy, by its name in the folder; kNoList when it is not there.
+/// Removes the current list or its previous copy, by its name in the folder; kNoList or
+/// kNoPreviousCopy when it is not there.
 Outcome removeList(const Account& account, const std::string& name);

@@ -30,7 +30,9 @@ const char* reasonFor(Outcome outcome)
     case Outcome::kNotAProfileList:
         return "what was written is not a profile list";
     case Outcome::kNoList:
-        return "there is no such list";
+        return "there is no profile list yet";
+    case Outcome::kNoPreviousCopy:
+        return "there is no previous copy of a profile list";
     case Outcome::kNoSuchMode:
         return "this mode does nothing";
     case Outcome::kFileError:

@@ -16,6 +16,7 @@ enum class Outcome {
     kTooLarge,
     kNotAProfileList,
     kNoList,
+    kNoPreviousCopy,
     kNoSuchMode,
     kFileError,
     kNoWalker,
