@@ -44,6 +44,8 @@ TEST_F(Discovery, TakesEveryCodeThroughTheTableOfTransitions)
                                       {"GONE4.ICC", 6},
                                       {"GONE5.ICC", 5},
                                       {"GONE6.ICC", 6}}));
+    EXPECT_STREQ(lists_[kRgbList].records[0].ProfileName, "stored THERE1.ICC") << "nothing else is updated";
+    EXPECT_EQ(lists_[kRgbList].records[0].IndexOnDevice, 7);
 
     // All columns that matter are read when the agent begins to fail.
     store(before);

@@ -29,37 +29,6 @@ void emptySpool()
 
 } // namespace
 
-TEST_F(Merge, ChangesCodesByTheTable)
-{
-    struct Case {
-        int32_t before, succeeded, failed, found;
-    };
-    for (auto [before, succeeded, failed, found] :
-         {Case{0, 0, 0, 0}, Case{1, 1, 0, 2}, Case{2, 1, 0, 2}, Case{3, 3, 3, 4}, Case{4, 3, 6, 4},
-          Case{5, 5, 5, 2}, Case{6, 6, 6, 4}, Case{-1, -1, -1, -1}, Case{7, 7, 7, 7}}) {
-        auto list = std::make_unique<ProfileList>();
-        for (int slot : {0, 499})
-            list->records[slot] = record("A.ICC", before);
-        vDeleteMIBprofilesTemporary(0, list.get());
-        EXPECT_EQ(list->records[0].InMenu, succeeded) << before;
-        EXPECT_EQ(list->records[499].InMenu, succeeded) << before;
-        list->records[0].InMenu = before;
-        for (int exitValue : {1, 2, -1}) {
-            auto copy = std::make_unique<ProfileList>(*list);
-            vDeleteMIBprofilesTemporary(exitValue, copy.get());
-            EXPECT_EQ(copy->records[0].InMenu, failed) << before;
-        }
-        emptySpool();
-        spool(1, "A.ICC");
-        list->iNum = 1;
-        vRestructDetail(0, list.get());
-        EXPECT_EQ(list->records[0].InMenu, found) << before;
-        EXPECT_STREQ(list->records[0].ProfileName, "stored A.ICC") << "nothing else is updated";
-        EXPECT_EQ(list->records[0].IndexOnDevice, 7);
-        EXPECT_EQ(list->iNum, 1);
-    }
-}
-
 TEST_F(Merge, MatchesAllBytesOfTheNameAndTheLocationWithinTheCountedSlots)
 {
     emptySpool();

@@ -30,39 +30,16 @@ bool isAccepted(const Strings& walk)
 
 TEST(HelperArguments, TakesOnlyTheFileUrlOfExactlyThePath)
 {
-    std::string path = "/a b/x-y.plist";
-    for (const char* url : {"file:///a%20b/x-y.plist", "file:///%61%20b/x%2Dy%2eplist"})
+    std::string path = "/a b/x.y";
+    for (const char* url : {"file:///a%20b/x.y", "file:///%61%20b/x%2ey"})
         EXPECT_TRUE(isFileUrlOf(url, path)) << url;
-    for (const char* url : {"",
-                            "file://",
-                            "file:///",
-                            "/a b/x-y.plist",
-                            "file:/a%20b/x-y.plist",
-                            "file:////a%20b/x-y.plist",
-                            "FILE:///a%20b/x-y.plist",
-                            "file://localhost/a%20b/x-y.plist",
-                            "file://host/a%20b/x-y.plist",
-                            "file://a%20b/x-y.plist",
-                            "http:///a%20b/x-y.plist",
-                            "file:///a b/x-y.plist",
-                            "file:///a%2520b/x-y.plist",
-                            "file:///a%20b%2Fx-y.plist",
-                            "file:///a%20b%2fx-y.plist",
-                            "file:///a%20b/x-y.plist%00",
-                            "file:///a%20b/x-y.plist?q",
-                            "file:///a%20b/x-y.plist#f",
-                            "file:///a%20b/x-y.plist%",
-                            "file:///a%20b/x-y.plist%4",
-                            "file:///a%20b/x-y.plist%GG",
-                            "file:///a%20b/x-y.plist/",
-                            "file:///a%20b//x-y.plist",
-                            "file:///a%20b/./x-y.plist",
-                            "file:///a%20b/%2e%2e/a%20b/x-y.plist",
-                            "file:///a%20b/x-y.plist\n",
-                            " file:///a%20b/x-y.plist",
-                            "file:///a+b/x-y.plist",
-                            "file:///a%20b/X-y.plist",
-                            "file:///a%20b/x-y.plis"})
+    for (const std::string& url :
+         words("/a%20b/x.y file:/a%20b/x.y FILE:///a%20b/x.y file:////a%20b/x.y file://localhost/a%20b/x.y "
+               "file:///a+b/x.y file:///a%2520b/x.y file:///a%20b%2Fx.y file:///a%20b/x.y%00 "
+               "file:///a%20b/x.y?q file:///a%20b/x.y#f file:///a%20b/x.y% file:///a%20b/x.y%4 "
+               "file:///a%20b/x.y%GG file:///a%20b/./x.y file:///a%20b/X.y file:///a%20b/x."))
+        EXPECT_FALSE(isFileUrlOf(url, path)) << url;
+    for (const char* url : {"", "file://", "file:///a b/x.y", "file:///a%20b/x.y\n"})
         EXPECT_FALSE(isFileUrlOf(url, path)) << url;
     EXPECT_FALSE(isFileUrlOf("file://", ""));
 }
@@ -152,73 +129,21 @@ TEST_F(HelperTest, ForeignPathsAreRefusedAlikeAndNothingIsTouched)
     ASSERT_TRUE(stage(listText(2)));
     std::string other = folder / "somebody-R4270-profile.plist";
     sandbox.write(fs::relative(other, root), listText(9));
-    fs::create_directory_symlink(folder, root / "alias");
+    fs::create_symlink(current, root / "alias");
     fs::create_hard_link(other, root / "linked.plist");
     std::string name = fs::path(current).filename();
-    std::string upper = current;
-    upper[upper.size() - 1] = 'T';
-    Strings paths = {"",
-                     "/",
-                     ".",
-                     "..",
-                     "~",
-                     name,
-                     "./" + name,
-                     current + "/",
-                     current + " ",
-                     " " + current,
-                     "/" + current,
-                     current + "\n",
-                     current + "/.",
-                     current + "/../" + name,
-                     folder.string() + "//" + name,
-                     folder.string() + "/./" + name,
-                     folder.string() + "/../" + folder.filename().string() + "/" + name,
-                     upper,
-                     current.substr(0, current.size() - 1),
-                     current + ".bak",
-                     current + "\xFF",
-                     current + "%00",
-                     current + "?x",
-                     folder,
-                     folder.string() + "/",
-                     other,
-                     folder / "absent-R4270-profile.plist",
-                     root / "alias" / name,
-                     root / "linked.plist",
-                     root / "linked",
-                     "/etc/passwd",
-                     "/etc/shadow",
-                     "/dev/null",
-                     "/dev/zero",
-                     "/proc/self/mem",
-                     "/etc/passwd/../../" + current,
-                     std::string(300, 'a'),
-                     "/" + std::string(5000, 'a'),
-                     std::string(100000, '/'),
-                     "%s%s%n",
-                     "velPListExistProfile_XPC=TRUE",
-                     "\xC3\x28",
-                     current + "\t",
-                     folder / ".R4270-lock-0",
-                     folder / names()[0]};
-    Strings urls = {current,
-                    "file:" + current,
-                    "file://localhost" + current,
-                    "file://evil" + current,
-                    "file://anna@" + current,
-                    "FILE://" + current,
-                    "https://" + current,
-                    url + "?x",
-                    url + "#x",
-                    url + "/",
-                    url + "%00",
-                    url + "%",
-                    url + "%2",
-                    "file://" + root.string() + "%2FLibrary",
-                    "file://" + current + "%2f..%2f" + name,
-                    "file:///%2e%2e" + current,
-                    "file://" + previous};
+    Strings paths = words("/ .. /etc/shadow /dev/zero %s%s%n velPListExistProfile_XPC=TRUE " + name);
+    for (const std::string& path :
+         Strings{"", " " + current, "/" + current, "/etc/passwd/../../" + current, std::string(100000, '/'),
+                 folder / names()[0], other, folder / "absent-R4270-profile.plist"})
+        paths.push_back(path);
+    for (const char* path : {"alias", "linked.plist", "Library"})
+        paths.push_back(root / path);
+    for (const std::string tail : {"/", " ", "\n", "/.", ".bak", "\xFF", "%00", "?x"})
+        paths.push_back(current + tail);
+    for (const std::string& between : Strings{"//", "/./", "/../" + folder.filename().string() + "/"})
+        paths.push_back(folder.string() + between + name);
+    Strings urls = {current, "file://localhost" + current, url + "#x", "file://" + previous};
     for (const std::string& path : paths)
         urls.push_back("file://" + path);
     Strings reasons;
@@ -241,16 +166,6 @@ TEST_F(HelperTest, ForeignPathsAreRefusedAlikeAndNothingIsTouched)
     refuse({kSwap, "3", current, current});
     EXPECT_EQ(std::count(reasons.begin(), reasons.end(), reasons[0]), std::ptrdiff_t(reasons.size()));
     EXPECT_TRUE(rename()) << "the staged list was still there";
-}
-
-TEST_F(HelperTest, ArgumentsTooLongForTheSystemNeverReachIt)
-{
-    ASSERT_TRUE(write(listText(1)));
-    std::string before = readFile(current);
-    ProcessResult result = run({kWrite, url, std::string(10 << 20, 'x')});
-    EXPECT_EQ(result.status, 127);
-    EXPECT_EQ(result.out, "");
-    EXPECT_EQ(readFile(current), before);
 }
 
 TEST_F(HelperTest, ItsOwnNameAndPlaceAreNeverUsed)

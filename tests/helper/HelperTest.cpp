@@ -4,12 +4,19 @@
 #include "profiles/ProfileListFile.h"
 
 #include <algorithm>
+#include <iterator>
 #include <pwd.h>
 #include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
+
+Strings words(const std::string& text)
+{
+    std::istringstream input(text);
+    return {std::istream_iterator<std::string>(input), {}};
+}
 
 std::string listText(int tag)
 {

@@ -9,6 +9,9 @@
 
 using Strings = std::vector<std::string>;
 
+/// What stands between blanks.
+Strings words(const std::string& text);
+
 /// A short, valid list file; `tag` tells one from another.
 std::string listText(int tag);
 

@@ -87,18 +87,25 @@ protected:
         sandbox.write("root/etc/nsswitch.conf", "passwd: files\ngroup: files\n");
     }
 
-    // Runs the helper in the root folder as `user`, with the groups of that number, started by `before`.
-    ProcessResult as(uid_t user, const Strings& arguments, const std::string& groups = "",
-                     const Strings& environment = {}, const Strings& before = {}) const
+    // Runs a command in the root folder as `user`, with the groups of that number.
+    ProcessResult start(uid_t user, const Strings& command, const std::string& groups = "",
+                        const Strings& environment = {}) const
     {
         Strings all = {"chroot", "--userspec=+" + std::to_string(user) + ":+" + std::to_string(kUsers),
                        "--groups=" + groups, root};
-        all.insert(all.end(), before.begin(), before.end());
-        all.push_back(program);
-        all.insert(all.end(), arguments.begin(), arguments.end());
+        all.insert(all.end(), command.begin(), command.end());
         ProcessOptions options;
         options.environment = environment;
-        ProcessResult result = runProcess(all, options);
+        return runProcess(all, options);
+    }
+
+    // The same for the helper, started by `before`.
+    ProcessResult as(uid_t user, const Strings& arguments, const std::string& groups = "",
+                     const Strings& environment = {}, Strings before = {}) const
+    {
+        before.push_back(program);
+        before.insert(before.end(), arguments.begin(), arguments.end());
+        ProcessResult result = start(user, before, groups, environment);
         EXPECT_LT(result.out.size() + result.err.size(), 4096U);
         return result;
     }
@@ -191,6 +198,27 @@ TEST_F(InstalledHelperTest, AMemberOfTheAdministratorsGroupMaintainsHisOwnListOn
     expectRefused(kAnna, {"velPListIsAdminProfile_XPC", listOf("big")});
 }
 
+TEST_F(InstalledHelperTest, ServesTheInstalledProfilectlOfAMemberOnly)
+{
+    fs::copy_file(PDE_INSTALLED_PROFILECTL, root / "profilectl");
+    auto profilectl = [&](uid_t user, Strings arguments, int status) {
+        arguments.insert(arguments.begin(), "/profilectl");
+        ProcessResult result = start(user, arguments, "", {"PDE_ROOT=/bait"});
+        EXPECT_EQ(result.status, status) << result.err;
+        return result.out + result.err;
+    };
+    profilectl(kAnna, {"add", "photo.icc", "--class", "rgb", "--name", "Photo"}, 0);
+    profilectl(kAnna, {"hide", "photo.icc"}, 0);
+    EXPECT_EQ(profilectl(kAnna, {"list"}, 0),
+              "rgb  hidden  by-hand     disk  photo.icc                        Photo\n");
+    EXPECT_NE(profilectl(kAnna, {"check"}, 0).find("nothing is wrong with it"), std::string::npos);
+    EXPECT_NE(profilectl(kBert, {"add", "photo.icc", "--class", "rgb"}, 4)
+                  .find("members of the group \"" PDE_ADMIN_GROUP "\""),
+              std::string::npos);
+    EXPECT_EQ(profilectl(kBert, {"list"}, 0), "");
+    EXPECT_FALSE(fs::exists(root.string() + listOf("bert")));
+}
+
 TEST_F(InstalledHelperTest, WhoeverIsNotAMemberIsRefusedAndChangesNothing)
 {
     sandbox.write("root" + listOf("bert"), listText(1));
@@ -234,31 +262,11 @@ TEST_F(InstalledHelperTest, NoVariableOfTheCallersHasAnyEffect)
 {
     sandbox.write("root/bait/Library/Printers/QUORVEX/Preferences/vendor.quorvex.printers.R4270/x", "");
     Strings baits;
-    for (const char* name : {"PDE_ROOT",
-                             "HOME",
-                             "TMPDIR",
-                             "PATH",
-                             "LD_PRELOAD",
-                             "LD_LIBRARY_PATH",
-                             "LD_AUDIT",
-                             "MIBS",
-                             "MIBDIRS",
-                             "SNMPCONFPATH",
-                             "SNMP_PERSISTENT_DIR",
-                             "LANG",
-                             "LC_ALL",
-                             "LANGUAGE",
-                             "LOCPATH",
-                             "NLSPATH",
-                             "TZ",
-                             "TZDIR",
-                             "GCONV_PATH",
-                             "HOSTALIASES",
-                             "RES_OPTIONS",
-                             "MALLOC_TRACE",
-                             "GLIBC_TUNABLES",
-                             "GNUSTEP_CONFIG_FILE"})
-        baits.push_back(std::string(name) + "=/bait");
+    for (const std::string& name :
+         words("PDE_ROOT HOME TMPDIR PATH LD_PRELOAD LD_LIBRARY_PATH LD_AUDIT MIBS MIBDIRS SNMPCONFPATH "
+               "SNMP_PERSISTENT_DIR LANG LC_ALL LANGUAGE LOCPATH NLSPATH TZ TZDIR GCONV_PATH HOSTALIASES "
+               "RES_OPTIONS MALLOC_TRACE GLIBC_TUNABLES GNUSTEP_CONFIG_FILE"))
+        baits.push_back(name + "=/bait");
     EXPECT_EQ(as(kAnna, write("anna", 1), "", baits).out, "writeDataToPlistFile_XPC=TRUE\n");
     EXPECT_EQ(as(kAnna, rename("anna"), "", baits).out, "writeDataToPlistFileRename_XPC=TRUE\n");
     EXPECT_EQ(readFile(root.string() + listOf("anna")), listText(1));
