@@ -8,7 +8,11 @@ static NSString* configurationFolder()
     // A relative path in the variable is to be ignored.
     if (folder != nullptr && folder[0] == '/')
         return [NSString stringWithUTF8String:folder];
-    return [NSHomeDirectory() stringByAppendingPathComponent:@".config"];
+    // NSHomeDirectory goes by the password database alone.
+    const char* home = getenv("HOME");
+    NSString* path =
+        home != nullptr && home[0] == '/' ? [NSString stringWithUTF8String:home] : NSHomeDirectory();
+    return [path stringByAppendingPathComponent:@".config"];
 }
 
 @implementation Presets

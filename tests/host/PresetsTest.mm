@@ -40,6 +40,14 @@ TEST_F(PresetsTest, GivesBackWhatWasSavedUntilItIsDeleted)
     EXPECT_TRUE(std::filesystem::exists(home / "r4270-printdialog/presets/photos.plist"));
 }
 
+TEST_F(PresetsTest, AreInTheHomeFolderWithoutAConfigurationFolder)
+{
+    ScopedVariable none("XDG_CONFIG_HOME", ""), homeFolder("HOME", home.path().string());
+    Presets* inHome = [[[Presets alloc] init] autorelease];
+    EXPECT_TRUE([inHome save:settings name:@"photos"]);
+    EXPECT_TRUE(std::filesystem::exists(home / ".config/r4270-printdialog/presets/photos.plist"));
+}
+
 TEST_F(PresetsTest, RefusesNamesThatWouldLeaveTheFolderOrHide)
 {
     NSString* tooLong = [@"" stringByPaddingToLength:101 withString:@"x" startingAtIndex:0];
