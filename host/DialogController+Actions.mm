@@ -84,6 +84,11 @@ static NSString* const kDeletePreset = @"Delete Preset";
     NSPopUpButton* popUp = [window_ presets];
     NSInteger chosen = [popUp indexOfSelectedItem], save = [popUp indexOfItemWithTitle:kSavePreset];
     NSString* name = [[[popUp titleOfSelectedItem] retain] autorelease];
+    // The line above is an item too, which the user can choose.
+    if (chosen >= save - 1)
+        [popUp selectItemWithTitle:preset_];
+    if (chosen == save - 1)
+        return;
     if (chosen == save) {
         [self savePreset];
     } else if (chosen > save) {
@@ -105,10 +110,8 @@ static NSString* const kDeletePreset = @"Delete Preset";
 - (void)savePreset
 {
     NSString* name = promptForName(@"Save the current settings as:", @"My Preset");
-    if (name == nil) {
-        [self listPresetsAndSelect:[[preset_ retain] autorelease]];
+    if (name == nil)
         return;
-    }
     [self takeCopies];
     [[self panel] saveValuesAndReturnError:nullptr];
     BOOL reserved = [@[ kDefaultPreset, kSavePreset ] containsObject:name];
