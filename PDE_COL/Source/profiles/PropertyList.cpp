@@ -17,6 +17,9 @@ constexpr unsigned kParseOptions = pugi::parse_cdata | pugi::parse_escapes | pug
 /// The plist element, the root, a class, a field, a value.
 constexpr int kDeepest = 5;
 
+/// A little more than the text of three full lists, which need not be moved while it grows then.
+constexpr size_t kFullListSize = 512 << 10;
+
 constexpr std::string_view kBlanks = " \t\r\n";
 
 bool is(pugi::xml_node element, const char* type)
@@ -198,6 +201,7 @@ std::optional<PropertyListDocument> PropertyListDocument::parse(std::string text
 std::string PropertyListDocument::text() const
 {
     TextWriter writer;
+    writer.text.reserve(kFullListSize);
     // A line for each key and value, but no indentation: a sixth of the text goes to the helper in vain.
     contents_->xml.save(writer, "", pugi::format_default, pugi::encoding_utf8);
     return std::move(writer.text);
