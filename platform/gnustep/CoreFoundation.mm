@@ -223,6 +223,8 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value)
 {
     if (type != kCFNumberSInt32Type)
         return false;
-    *static_cast<SInt32*>(value) = [(NSNumber*)number intValue];
-    return true;
+    SInt32 converted = [(NSNumber*)number intValue];
+    *static_cast<SInt32*>(value) = converted;
+    // As on macOS: no, when something of the number is lost.
+    return [(NSNumber*)number doubleValue] == converted;
 }

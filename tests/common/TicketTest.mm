@@ -160,8 +160,11 @@ TEST_F(Ticket, ReadsSessionDataThatIsANumber)
     [session setData:@42 forKey:@"key"];
     EXPECT_EQ([PDECommon commonGetTicket:[session handle] kind:CFSTR("key") ticket:&handle], 0);
     EXPECT_EQ(handle, 42);
-    [session setData:@"text" forKey:@"key"];
-    EXPECT_EQ([PDECommon commonGetTicket:[session handle] kind:CFSTR("key") ticket:&handle], -30889);
+    for (id odd in @[ @"text", @5000000000ll, @-1.5 ]) {
+        [session setData:odd forKey:@"key"];
+        EXPECT_EQ([PDECommon commonGetTicket:[session handle] kind:CFSTR("key") ticket:&handle], -30889);
+        EXPECT_EQ(handle, 0);
+    }
 }
 
 TEST_F(Ticket, SummarisesRowsThatHaveAValue)

@@ -189,10 +189,13 @@ static int storedValue(const PDEControlItem& row, CFDictionaryRef choices, int c
     OSStatus status = PMSessionGetDataFromSession(session, key, &data);
     if (status != kPMNoError)
         return status;
+    SInt32 number = 0;
     bool isNumber = [self commonCFTypeIsValid:data type:CFNumberGetTypeID()] &&
-                    CFNumberGetValue(static_cast<CFNumberRef>(data), kCFNumberSInt32Type, handle);
+                    CFNumberGetValue(static_cast<CFNumberRef>(data), kCFNumberSInt32Type, &number);
     if (data != nullptr)
         CFRelease(data);
+    if (isNumber)
+        *handle = number;
     return isNumber ? kStatusOK : kStatusBadSessionData;
 }
 
