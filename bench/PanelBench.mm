@@ -1,3 +1,4 @@
+#include "InterfaceOwner.h"
 #include "panels/AdvancedColorOptions.h"
 
 #include "common/ControlTable.h"
@@ -14,27 +15,6 @@
 // The advanced view with full profile lists: filling its seven profile pop-ups, and restoring seven profiles.
 // Needs a display.
 
-/// Owner of the interface file: takes the view that is measured.
-@interface PanelBenchOwner : NSObject
-{
-@public
-    AdvancedColorOptions* onAdvancedView;
-    id profileControl;
-    id onColorView;
-    id pdeMainView;
-    id painChange;
-}
-@end
-
-@implementation PanelBenchOwner
-- (void)constraints:(id)sender
-{
-}
-- (void)selectItem:(id)sender
-{
-}
-@end
-
 namespace {
 
 /// The view on the sample printer, with `count` profiles in each list.
@@ -49,12 +29,7 @@ public:
         sandbox_.write(std::filesystem::path(currentListPath()).lexically_relative(sandbox_.path()),
                        listFileText(*list, *list, *list));
 
-        NSNib* nib = [[[NSNib alloc]
-            initWithContentsOfURL:[NSURL fileURLWithPath:@PDE_SOURCE_DIR "/PDE_COL/Resources/PDEMain.xib"]]
-            autorelease];
-        PanelBenchOwner* owner = [[[PanelBenchOwner alloc] init] autorelease];
-        [nib instantiateWithOwner:owner topLevelObjects:nullptr];
-        view_ = owner->onAdvancedView;
+        view_ = [InterfaceOwner loadInterface]->onAdvancedView;
         printer_ = [[PMPrinterObject alloc] initWithIdentifier:@"Queue"
                                                      deviceURI:nil
                                                           file:@PDE_SOURCE_DIR "/printer/R4270.ppd"
@@ -191,13 +166,3 @@ void parseANewFile(benchmark::State& state)
 BENCHMARK(parseANewFile)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char** argv)
-{
-    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    [NSApplication sharedApplication];
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    [pool drain];
-    return 0;
-}

@@ -1,3 +1,4 @@
+#include "InterfaceOwner.h"
 #include "profilewindow/ProfileControl.h"
 
 #include "profiles/DriverPaths.h"
@@ -11,27 +12,6 @@
 
 // The profile management window with full lists, next to the same window with nearly empty ones and to a
 // table of the toolkit that shows constant texts. Needs a display.
-
-/// Owner of the interface file: takes the outlets that are measured.
-@interface WindowBenchOwner : NSObject
-{
-@public
-    ProfileControl* profileControl;
-    id onColorView;
-    id onAdvancedView;
-    id pdeMainView;
-    id painChange;
-}
-@end
-
-@implementation WindowBenchOwner
-- (void)constraints:(id)sender
-{
-}
-- (void)selectItem:(id)sender
-{
-}
-@end
 
 /// As many rows as full lists have, and nothing to look up for them.
 @interface WindowBenchSource : NSObject <NSTableViewDataSource>
@@ -75,11 +55,7 @@ public:
         }
         VelPListWriteProfile_All(list.get(), list.get(), list.get());
 
-        NSNib* nib = [[[NSNib alloc]
-            initWithContentsOfURL:[NSURL fileURLWithPath:@PDE_SOURCE_DIR "/PDE_COL/Resources/PDEMain.xib"]]
-            autorelease];
-        owner_ = [[[WindowBenchOwner alloc] init] autorelease];
-        [nib instantiateWithOwner:owner_ topLevelObjects:nullptr];
+        owner_ = [InterfaceOwner loadInterface];
         prepare();
         table_ = [owner_->profileControl valueForKey:@"_profileTableView"];
     }
@@ -97,7 +73,7 @@ private:
     Sandbox sandbox_;
     ScopedVariable root_;
     NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    WindowBenchOwner* owner_ = nil;
+    InterfaceOwner* owner_ = nil;
     NSTableView* table_ = nil;
 };
 
@@ -153,13 +129,3 @@ void scrollAPageOfConstants(benchmark::State& state)
 BENCHMARK(scrollAPageOfConstants)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char** argv)
-{
-    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-    [NSApplication sharedApplication];
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    [pool drain];
-    return 0;
-}
