@@ -13,7 +13,7 @@ std::vector<std::string> outletNames(id owner)
     Ivar* variables = owner != nil ? class_copyIvarList([owner class], &count) : nullptr;
     for (unsigned i = 0; i < count; ++i)
         if (ivar_getTypeEncoding(variables[i])[0] == '@' && object_getIvar(owner, variables[i]) != nil)
-            names.push_back(ivar_getName(variables[i]));
+            names.emplace_back(ivar_getName(variables[i]));
     free(variables);
     return names;
 }

@@ -117,13 +117,13 @@ void run(Options& options)
 
 int main(int argc, char** argv)
 {
-    CLI::App app{"A simulated R4270 printer: an SNMP version 1 agent that serves the printer's table of "
-                 "colour profiles from a text file.",
-                 "r4270-printer"};
-    Options options;
-    declareOptions(app, options);
-    CLI11_PARSE(app, argc, argv);
     try {
+        CLI::App app{"A simulated R4270 printer: an SNMP version 1 agent that serves the printer's table of "
+                     "colour profiles from a text file.",
+                     "r4270-printer"};
+        Options options;
+        declareOptions(app, options);
+        CLI11_PARSE(app, argc, argv);
         run(options);
     } catch (const std::exception& error) {
         complain(error);

@@ -54,7 +54,7 @@ public:
     }
 
 private:
-    CLI::App* add(const char* name, const char* does, std::function<void()> action)
+    CLI::App* add(const char* name, const char* does, const std::function<void()>& action)
     {
         CLI::App* command = app_.add_subcommand(name, does);
         command->footer(kExitStatuses);

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr off_t kLargestSettingsFile = 4 * 1024 * 1024;
+constexpr off_t kLargestSettingsFile = off_t{4} * 1024 * 1024;
 constexpr int kConnectMilliseconds = 1000;
 
 id failed(NSString** error, NSString* reason)

@@ -15,5 +15,5 @@ std::optional<int> walkPrinterTable(const char* agent)
     const size_t marker = reply ? reply->find(kMarker) : std::string::npos;
     if (marker == std::string::npos)
         return {};
-    return atoi(reply->c_str() + marker + kMarker.size());
+    return static_cast<int>(strtol(reply->c_str() + marker + kMarker.size(), nullptr, 10));
 }

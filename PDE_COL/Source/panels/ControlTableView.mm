@@ -30,7 +30,7 @@
 - (void)useRows:(const PDEControlItem*)rows count:(SInt16)count
 {
     ctrlTable = createControlTable(rows, count, ppd);
-    ctrlCount = ctrlTable != nullptr ? count : 0;
+    ctrlCount = ctrlTable != nullptr ? count : (SInt16)0;
 }
 
 - (void)deallocPDEControlTable
