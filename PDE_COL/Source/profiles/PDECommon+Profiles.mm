@@ -25,9 +25,13 @@ static int32_t listOfKind(SInt16 kind)
     }
 }
 
-// The row's list, as far as it can be read; null when memory is short.
-static std::unique_ptr<ProfileList> readListOf(int32_t index)
+// The list behind a profile row, as far as it can be read. Null for any other row, without a dictionary to
+// go with it, and when memory is short.
+static std::unique_ptr<ProfileList> readListOf(const PDEControlItem* item, CFDictionaryRef dictionary)
 {
+    int32_t index = item != nullptr ? listOfKind(item->profileClass) : -1;
+    if (dictionary == nullptr || index < 0)
+        return nullptr;
     std::unique_ptr<ProfileList> list(new (std::nothrow) ProfileList());
     if (list != nullptr)
         (void)VelPListReadProfile_Dict(list.get(), index);
@@ -160,10 +164,7 @@ static void appendItems(NSPopUpButton* popup, NSArray* titles)
 
 + (SInt16)commonGetTicketAddedProfile:(const PDEControlItem*)item dict:(CFDictionaryRef)dictionary
 {
-    int32_t index = listOfKind(item->profileClass);
-    if (dictionary == nullptr || index < 0)
-        return -1;
-    auto list = readListOf(index);
+    auto list = readListOf(item, dictionary);
     if (list == nullptr)
         return -1;
     id stored = [(NSDictionary*)dictionary objectForKey:entryKey(item, "CustomFilename")];
@@ -188,10 +189,7 @@ static void appendItems(NSPopUpButton* popup, NSArray* titles)
                               dict:(CFMutableDictionaryRef)dictionary
                             select:(SInt16)position
 {
-    int32_t index = listOfKind(item->profileClass);
-    if (dictionary == nullptr || index < 0)
-        return -1;
-    auto list = readListOf(index);
+    auto list = readListOf(item, dictionary);
     if (list == nullptr)
         return -1;
     std::string path;
