@@ -39,23 +39,17 @@ Outcome writePiece(const Account& account, Parameters parameters)
 {
     if (!isFileUrlOf(parameters[0], account.currentPath))
         return Outcome::kForeignPath;
-    if (*parameters[1] == '\0')
-        return Outcome::kWrongParameters;
-    return mayManageLists(account) ? stagePiece(account, parameters[1]) : Outcome::kNotPermitted;
+    return *parameters[1] == '\0' ? Outcome::kWrongParameters : stagePiece(account, parameters[1]);
 }
 
 Outcome renameList(const Account& account, Parameters parameters)
 {
-    if (!isFileUrlOf(parameters[0], account.currentPath))
-        return Outcome::kForeignPath;
-    return mayManageLists(account) ? publishStagedList(account) : Outcome::kNotPermitted;
+    return isFileUrlOf(parameters[0], account.currentPath) ? publishStagedList(account) : Outcome::kForeignPath;
 }
 
 Outcome askPermission(const Account& account, Parameters parameters)
 {
-    if (parameters[0] != account.currentPath)
-        return Outcome::kForeignPath;
-    return mayManageLists(account) ? Outcome::kDone : Outcome::kNotPermitted;
+    return parameters[0] == account.currentPath ? Outcome::kDone : Outcome::kForeignPath;
 }
 
 Outcome swap(const Account& account, Parameters parameters)
@@ -63,9 +57,8 @@ Outcome swap(const Account& account, Parameters parameters)
     std::optional<int> mode = decimalNumber(parameters[0]);
     if (!mode)
         return Outcome::kWrongParameters;
-    if (parameters[1] != account.currentPath || parameters[2] != account.previousPath)
-        return Outcome::kForeignPath;
-    return mayManageLists(account) ? swapLists(account, *mode) : Outcome::kNotPermitted;
+    bool own = parameters[1] == account.currentPath && parameters[2] == account.previousPath;
+    return own ? swapLists(account, *mode) : Outcome::kForeignPath;
 }
 
 Outcome askExistence(const Account& account, Parameters parameters)
@@ -75,31 +68,34 @@ Outcome askExistence(const Account& account, Parameters parameters)
 
 Outcome remove(const Account& account, Parameters parameters)
 {
-    bool current = parameters[0] == account.currentPath;
-    if (!current && parameters[0] != account.previousPath)
-        return Outcome::kForeignPath;
-    if (!mayManageLists(account))
-        return Outcome::kNotPermitted;
-    return removeList(account, current ? account.currentName : account.previousName);
+    if (parameters[0] == account.currentPath)
+        return removeList(account, account.currentName);
+    return parameters[0] == account.previousPath ? removeList(account, account.previousName)
+                                                 : Outcome::kForeignPath;
 }
 
 Outcome walk(const Account& account, Parameters parameters)
 {
-    if (!areWalkParameters(parameters, account.login))
-        return Outcome::kWrongParameters;
-    return mayManageLists(account) ? startWalk(account, parameters[kWalkHost]) : Outcome::kNotPermitted;
+    return areWalkParameters(parameters, account.login) ? startWalk(account, parameters[kWalkHost])
+                                                        : Outcome::kWrongParameters;
 }
+
+enum class Who { kAdministrators, kAnybody };
 
 struct Command {
     std::string_view name;
     int parameters;
     Outcome (*run)(const Account&, Parameters);
+    Who mayRun = Who::kAdministrators; ///< asked before `run`, so that no command can forget to
 };
 
 constexpr Command kCommands[] = {
-    {"writeDataToPlistFile_XPC", 2, writePiece},      {"writeDataToPlistFileRename_XPC", 1, renameList},
-    {"velPListIsAdminProfile_XPC", 1, askPermission}, {"velPListSwapProfile_XPC", 3, swap},
-    {"velPListExistProfile_XPC", 1, askExistence},    {"velPListRemove_XPC", 1, remove},
+    {"writeDataToPlistFile_XPC", 2, writePiece},
+    {"writeDataToPlistFileRename_XPC", 1, renameList},
+    {"velPListIsAdminProfile_XPC", 1, askPermission},
+    {"velPListSwapProfile_XPC", 3, swap},
+    {"velPListExistProfile_XPC", 1, askExistence, Who::kAnybody},
+    {"velPListRemove_XPC", 1, remove},
     {"mibwalk_XPC", kWalkParameters, walk},
 };
 
@@ -120,7 +116,11 @@ Outcome run(const Command& command, int count, Parameters parameters)
         if (count != command.parameters)
             return Outcome::kWrongParameters;
         std::optional<Account> account = callingAccount();
-        return account ? command.run(*account, parameters) : Outcome::kNoAccount;
+        if (!account)
+            return Outcome::kNoAccount;
+        if (command.mayRun == Who::kAdministrators && !mayManageLists(*account))
+            return Outcome::kNotPermitted;
+        return command.run(*account, parameters);
     } catch (const std::exception&) {
         return Outcome::kFileError; // out of memory
     }
