@@ -2,7 +2,7 @@
 // measured is the real bundle's panel and window after the panel has put its texts there.
 #import "common/ControlItem.h"
 #import "panels/ColorOptions.h"
-#import "plugin/ClassNames.h"
+#import "common/ClassNames.h"
 #import "plugin/PanelProtocol.h"
 #import <AppKit/AppKit.h>
 

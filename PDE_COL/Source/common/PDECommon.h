@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plugin/ClassNames.h"
+#include "common/ClassNames.h"
 
 #import <Cocoa/Cocoa.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/ControlItem.h"
-#include "plugin/ClassNames.h"
+#include "common/ClassNames.h"
 
 #include <cups/ppd.h>
 

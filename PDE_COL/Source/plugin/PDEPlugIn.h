@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plugin/ClassNames.h"
+#include "common/ClassNames.h"
 #include "plugin/PanelProtocol.h"
 
 /// The plug-in's bundle, retained; set by the first PDEPlugIn, for the life of the process.

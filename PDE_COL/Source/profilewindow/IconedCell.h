@@ -2,7 +2,7 @@
 
 #import <Cocoa/Cocoa.h>
 
-#include "plugin/ClassNames.h"
+#include "common/ClassNames.h"
 
 /// A table cell that shows its image as a small icon and no text.
 @interface IconedCell : NSCell

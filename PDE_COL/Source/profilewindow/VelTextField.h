@@ -3,7 +3,7 @@
 #import <Cocoa/Cocoa.h>
 #import <CoreFoundation/CoreFoundation.h>
 
-#include "plugin/ClassNames.h"
+#include "common/ClassNames.h"
 
 /// A text field for a name. Every change, typed, pasted or deleted, is checked as it is made: a change that
 /// makes the name too long, or gives it a second full stop, is taken back; other refused characters drop out
