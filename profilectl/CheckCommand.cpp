@@ -2,7 +2,7 @@
 #include "Commands.h"
 #include "StoredProfiles.h"
 
-#include "discovery/ProfileFileName.h"
+#include "profiles/ProfileFileName.h"
 #include "profiles/DriverPaths.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileName.h"

@@ -4,6 +4,7 @@
 #include "ProfileJson.h"
 #include "StoredProfiles.h"
 
+#include "profiles/ProfileEdits.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
@@ -54,10 +55,9 @@ std::string readInput(const std::string& path)
 /// Gives a stored profile the name and the place in menus of an imported one; true when that changes it.
 bool bringUpToDate(ProfileRecord& stored, const ProfileRecord& imported)
 {
-    int32_t inMenu = withListing(stored.InMenu, isListed(imported.InMenu));
-    if (stored.InMenu == inMenu && nameText(stored.ProfileName) == nameText(imported.ProfileName))
+    if (isListed(stored) == isListed(imported) && nameText(stored.ProfileName) == nameText(imported.ProfileName))
         return false;
-    stored.InMenu = inMenu;
+    setListed(stored, isListed(imported));
     memcpy(stored.ProfileName, imported.ProfileName, kProfileNameSize);
     return true;
 }
@@ -77,7 +77,7 @@ void listProfiles(const std::vector<int32_t>& indexes, bool asJson)
             if (record.InMenu == kFreeSlot)
                 continue;
             snprintf(line, sizeof line, "%-4s %-7s %-11s %-5s ", kClassNames[index],
-                     isListed(record.InMenu) ? "shown" : "hidden", statusName(record.InMenu),
+                     isListed(record) ? "shown" : "hidden", statusName(record),
                      locationName(record.Location).c_str());
             std::string file = printable(nameText(record.FileName));
             file.resize(std::max<size_t>(file.size(), kProfileNameSize), ' ');
@@ -108,7 +108,7 @@ void removeProfile(const Selection& selection)
     auto lists = loadLists();
     std::string done;
     forEachSelected(*lists, selection, [&](int32_t index, ProfileRecord& record) {
-        if (record.InMenu == kFoundHidden || record.InMenu == kFoundListed)
+        if (isOnPrinter(record))
             throw CommandError(kNotPossible, std::string(kClassNames[index]) + ": the printer has \"" +
                                                  selection.fileName +
                                                  "\" and would bring it back; hide it instead");
@@ -127,9 +127,9 @@ void setListing(const Selection& selection, bool listed)
     std::string done;
     bool changed = false;
     forEachSelected(*lists, selection, [&](int32_t index, ProfileRecord& record) {
-        bool already = isListed(record.InMenu) == listed;
+        bool already = isListed(record) == listed;
         changed = changed || !already;
-        record.InMenu = withListing(record.InMenu, listed);
+        setListed(record, listed);
         done += selection.fileName + (already ? " was already " : " is now ") +
                 (listed ? "shown" : "hidden") + " in the menus of " + kClassNames[index] + "\n";
     });

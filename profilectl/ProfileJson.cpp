@@ -2,6 +2,7 @@
 
 #include "CommandError.h"
 
+#include "profiles/ProfileEdits.h"
 #include "profiles/ProfileName.h"
 
 #include <algorithm>
@@ -21,8 +22,8 @@ ordered_json jsonOf(const ProfileRecord& record)
         profile["location"] = locationName(record.Location);
     else
         profile["location"] = record.Location;
-    profile["inMenu"] = isListed(record.InMenu);
-    profile["status"] = statusName(record.InMenu);
+    profile["inMenu"] = isListed(record);
+    profile["status"] = statusName(record);
     profile["index"] = record.IndexOnDevice;
     profile["class"] = record.ProfileClass;
     return profile;
@@ -87,8 +88,7 @@ ProfileRecord recordOf(const json& profile)
     bool listed = member<bool>(profile, "inMenu", true);
     ProfileRecord record =
         makeRecord(file, member<std::string>(profile, "name", file), locationMember(profile), listed);
-    record.InMenu = inMenuCode(member<std::string>(profile, "status", "by-hand"), listed);
-    if (record.InMenu == kFreeSlot)
+    if (!setStatus(record, member<std::string>(profile, "status", "by-hand")))
         throw CommandError(kBadInput, "\"status\" is \"by-hand\", \"on-printer\" or \"not-found\"");
     record.IndexOnDevice = integerMember(profile, "index", 0);
     record.ProfileClass = integerMember(profile, "class", record.ProfileClass);

@@ -2,8 +2,9 @@
 
 #include "CommandError.h"
 
-#include "discovery/ProfileFileName.h"
 #include "profiles/DriverPaths.h"
+#include "profiles/ProfileEdits.h"
+#include "profiles/ProfileFileName.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
@@ -14,26 +15,8 @@
 
 namespace {
 
-// As the profile window registers a profile by hand.
-constexpr int32_t kByHandClass = 2, kByHandColumn7 = 3;
-
-struct CodePair {
-    int32_t hidden, listed;
-    const char* name;
-};
-constexpr CodePair kCodePairs[] = {
-    {kGoneHidden, kGoneListed, "not-found"},
-    {kFoundHidden, kFoundListed, "on-printer"},
-    {kByHandHidden, kByHandListed, "by-hand"},
-};
-
-const CodePair* pairOf(int32_t inMenu)
-{
-    for (const CodePair& pair : kCodePairs)
-        if (pair.hidden == inMenu || pair.listed == inMenu)
-            return &pair;
-    return nullptr;
-}
+constexpr std::pair<int32_t, const char*> kStatusNames[] = {
+    {kGoneHidden, "not-found"}, {kFoundHidden, "on-printer"}, {kByHandHidden, "by-hand"}};
 
 bool isUnprintable(uint32_t c)
 {
@@ -80,32 +63,26 @@ void saveLists(const ListSet& lists)
         throw CommandError(kNotWritten, "the profile lists could not be written; they are as they were");
 }
 
-bool isListed(int32_t inMenu)
+const char* statusName(ProfileRecord record)
 {
-    const CodePair* pair = pairOf(inMenu);
-    return pair != nullptr && pair->listed == inMenu;
+    setListed(record, false);
+    for (auto [hidden, name] : kStatusNames)
+        if (hidden == record.InMenu)
+            return name;
+    return "unknown";
 }
 
-int32_t withListing(int32_t inMenu, bool listed)
+bool setStatus(ProfileRecord& record, std::string_view statusName)
 {
-    const CodePair* pair = pairOf(inMenu);
-    if (pair == nullptr)
-        return inMenu;
-    return listed ? pair->listed : pair->hidden;
-}
-
-const char* statusName(int32_t inMenu)
-{
-    const CodePair* pair = pairOf(inMenu);
-    return pair != nullptr ? pair->name : "unknown";
-}
-
-int32_t inMenuCode(std::string_view statusName, bool listed)
-{
-    for (const CodePair& pair : kCodePairs)
-        if (pair.name == statusName)
-            return listed ? pair.listed : pair.hidden;
-    return kFreeSlot;
+    bool listed = isListed(record);
+    for (auto [hidden, name] : kStatusNames) {
+        if (name != statusName)
+            continue;
+        record.InMenu = hidden;
+        setListed(record, listed);
+        return true;
+    }
+    return false;
 }
 
 std::string locationName(int32_t location)
@@ -137,8 +114,8 @@ ProfileRecord makeRecord(const std::string& fileName, const std::string& profile
                                std::to_string(kMaxExtensionLength) +
                                " more; letters and digits without accents and ! # $ % & ' ( ) - ^ _ ` { } ~");
     requireWhole(profileName, "the profile name");
-    ProfileRecord record{
-        0, withListing(kByHandListed, listed), kByHandClass, {}, {}, location, kByHandColumn7};
+    ProfileRecord record = recordByHand(location);
+    setListed(record, listed);
     setNameText(record.FileName, fileName);
     setNameText(record.ProfileName, profileName);
     return record;
@@ -146,14 +123,13 @@ ProfileRecord makeRecord(const std::string& fileName, const std::string& profile
 
 void addRecord(ProfileList& list, const ProfileRecord& record)
 {
-    auto slot = std::find_if(std::begin(list.records), std::end(list.records),
-                             [](const ProfileRecord& one) { return one.InMenu == kFreeSlot; });
-    if (slot == std::end(list.records))
+    ProfileRecord* slot = freeSlot(list);
+    if (slot == nullptr)
         throw CommandError(kNotPossible,
                            "the list is full: it has " + std::to_string(kProfileSlots) + " profiles");
     *slot = record;
     if (slot->IndexOnDevice == 0)
-        slot->IndexOnDevice = kProfileSlots + static_cast<int32_t>(slot - std::begin(list.records));
+        slot->IndexOnDevice = indexByHand(list, *slot);
     ++list.iNum;
 }
 

@@ -20,14 +20,10 @@ std::unique_ptr<ListSet> loadLists();
 /// Replaces the stored lists through the helper. Throws when the user may not, or when writing failed.
 void saveLists(const ListSet& lists);
 
-/// True when menus offer a profile with this InMenu code; and the code that it has once they do or do not.
-bool isListed(int32_t inMenu);
-int32_t withListing(int32_t inMenu, bool listed);
-
 /// "by-hand", "on-printer" or "not-found": what is known of it on the printer.
-const char* statusName(int32_t inMenu);
-/// The code for such a name; kFreeSlot for any other.
-int32_t inMenuCode(std::string_view statusName, bool listed);
+const char* statusName(ProfileRecord record);
+/// Takes the status of that name and stays listed or hidden; false for any other name.
+bool setStatus(ProfileRecord& record, std::string_view statusName);
 
 /// "disk", "card", or the number of any other location.
 std::string locationName(int32_t location);

@@ -1,4 +1,4 @@
-#include "discovery/ProfileFileName.h"
+#include "profiles/ProfileFileName.h"
 
 #include <cstring>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "profilewindow/ProfileEdits.h"
+#include "profiles/ProfileEdits.h"
 
 #include "profiles/ProfileName.h"
 

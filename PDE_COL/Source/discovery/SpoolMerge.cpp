@@ -1,13 +1,13 @@
 #include "discovery/SpoolMerge.h"
 
-#include "discovery/ProfileFileName.h"
 #include "discovery/SpoolTable.h"
+#include "profiles/ProfileEdits.h"
+#include "profiles/ProfileFileName.h"
 #include "profiles/ProfileListOperations.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <iterator>
 #include <memory>
 
 namespace {
@@ -99,7 +99,7 @@ void vDeleteMIBprofilesTemporary(int failed, ProfileList* list)
 void vRestructDetail(int row, ProfileList* list)
 {
     const ProfileRecord& found = PlistForSpool.records[row];
-    ProfileRecord* end = list->records + std::clamp(list->iNum, 0, kProfileSlots);
+    ProfileRecord* end = list->records + usedSlots(*list);
     ProfileRecord* same = std::find_if(list->records, end, [&](const ProfileRecord& record) {
         return std::memcmp(record.FileName, found.FileName, kProfileNameSize) == 0 &&
                record.Location == found.Location;
@@ -108,10 +108,8 @@ void vRestructDetail(int row, ProfileList* list)
         same->InMenu = codeWhenFound(same->InMenu);
         return;
     }
-    ProfileRecord* slot =
-        std::find_if(std::begin(list->records), std::end(list->records),
-                     [](const ProfileRecord& record) { return record.InMenu == kFreeSlot; });
-    if (slot == std::end(list->records))
+    ProfileRecord* slot = freeSlot(*list);
+    if (slot == nullptr)
         return;
     *slot = found;
     slot->InMenu = kFoundHidden;

@@ -2,6 +2,7 @@
 
 #include "common/ControlTable.h"
 #include "common/StatusCodes.h"
+#include "profiles/ProfileEdits.h"
 #include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
 #include "profiles/ProfilePath.h"
@@ -38,12 +39,7 @@ static std::unique_ptr<ProfileList> readListOf(const PDEControlItem* item, CFDic
     return list;
 }
 
-// Whether a record counts as a position. A menu leaves out less: only codes 1, 2 and 5.
-static bool isListed(const ProfileRecord& record)
-{
-    return record.InMenu == kGoneListed || record.InMenu == kFoundListed || record.InMenu == kByHandListed;
-}
-
+// What a menu leaves out: less than what is no position (isListed).
 static bool isHidden(const ProfileRecord& record)
 {
     return record.InMenu == kGoneHidden || record.InMenu == kFoundHidden || record.InMenu == kByHandHidden;
@@ -78,7 +74,7 @@ static NSString* locationWord(int32_t location)
 static bool menuTitles(const ProfileList& list, NSMutableArray* titles)
 {
     bool complete = true;
-    for (int32_t i = 0; i < std::min<int32_t>(list.iNum, kProfileSlots); ++i) {
+    for (int32_t i = 0; i < usedSlots(list); ++i) {
         const ProfileRecord& record = list.records[i];
         if (isHidden(record))
             continue;
@@ -173,7 +169,7 @@ static void appendItems(NSPopUpButton* popup, NSArray* titles)
     if (!path)
         return 0;
     SInt16 position = 0;
-    for (int32_t i = 0; i < std::min<int32_t>(list->iNum, kProfileSlots); ++i) {
+    for (int32_t i = 0; i < usedSlots(*list); ++i) {
         const ProfileRecord& record = list->records[i];
         if (!isListed(record))
             continue;
@@ -194,7 +190,7 @@ static void appendItems(NSPopUpButton* popup, NSArray* titles)
         return -1;
     std::string path;
     SInt16 listed = 0;
-    for (int32_t i = 0; i < std::min<int32_t>(list->iNum, kProfileSlots); ++i) {
+    for (int32_t i = 0; i < usedSlots(*list); ++i) {
         if (isListed(list->records[i]) && ++listed == position)
             path = printerPath(list->records[i]);
     }

@@ -2,6 +2,7 @@
 
 #include "profiles/DriverPaths.h"
 #include "profiles/HelperChannel.h"
+#include "profiles/ProfileEdits.h"
 #include "profiles/ProfileListDictionaries.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileName.h"
@@ -28,11 +29,6 @@ const StoredList* storedList(int32_t index)
 bool isSameProfile(const ProfileRecord& a, const ProfileRecord& b)
 {
     return nameText(a.FileName) == nameText(b.FileName) && a.Location == b.Location;
-}
-
-int usedSlots(const ProfileList& list)
-{
-    return std::clamp(list.iNum, 0, kProfileSlots);
 }
 
 bool contains(const ProfileList& list, const ProfileRecord& record)

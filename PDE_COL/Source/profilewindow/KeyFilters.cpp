@@ -2,11 +2,15 @@
 
 #include "profiles/FileNameCharacter.h"
 
+#include <algorithm>
+
 namespace {
 
 /// Accepted by the two ASCII filters although no typed character has this code; their callers may count on
 /// it.
 constexpr int32_t kAlwaysAccepted = -128;
+
+constexpr size_t kLongestBrowsedName = 31;
 
 bool within(int32_t code, int32_t first, int32_t last)
 {
@@ -77,4 +81,12 @@ void CheckUniCharString(const char16_t* units, size_t count, int32_t inputkey, s
         else
             text.erase(output, 1);
     }
+}
+
+bool isBrowsedNameAccepted(const std::u16string& name)
+{
+    std::u16string filtered = name;
+    CheckUniCharString(name.data(), name.size(), kInputFileName, filtered);
+    return name.size() <= kLongestBrowsedName && filtered == name &&
+           std::count(name.begin(), name.end(), u'.') <= 1;
 }

@@ -35,3 +35,7 @@ int32_t UCFindComposedCharAtIndex(const char16_t* units, size_t count, size_t in
 
 /// Deletes from `text`, which holds the same `count` UTF-16 units, every character that the filter refuses.
 void CheckUniCharString(const char16_t* units, size_t count, int32_t inputkey, std::u16string& text);
+
+/// Whether the name of a chosen file may be taken over: at most 31 units, of the file-name characters only,
+/// with one full stop at the most. Its parts may be of any length, which typing would not let through.
+bool isBrowsedNameAccepted(const std::u16string& name);

@@ -1,7 +1,8 @@
 #include "profilewindow/ProfileControl+Private.h"
 
 #include "profiles/DriverPaths.h"
-#include "profilewindow/ProfileEdits.h"
+#include "profiles/ProfileEdits.h"
+#include "profilewindow/KeyFilters.h"
 
 @implementation ProfileControl (Editing)
 

@@ -2,9 +2,7 @@
 
 #include "discovery/ProtocolCode.h"
 #include "profiles/DriverPaths.h"
-#include "profilewindow/ProfileEdits.h"
-
-#include <algorithm>
+#include "profiles/ProfileEdits.h"
 
 namespace {
 
@@ -24,7 +22,7 @@ NSImage* fileExistsImage()
 - (NSInteger)numberOfRowsInTableView:(NSTableView*)tableView
 {
     const ProfileList* list = [self currentProfileDict];
-    return list == nullptr ? 0 : std::clamp(list->iNum, 0, kProfileSlots);
+    return list == nullptr ? 0 : usedSlots(*list);
 }
 
 - (NSString*)textOfLocation:(SInt32)location

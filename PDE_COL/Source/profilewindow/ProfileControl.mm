@@ -7,7 +7,7 @@
 #include "profiles/ProfileListOperations.h"
 #include "profilewindow/IconedCell.h"
 #include "profilewindow/KeyFilters.h"
-#include "profilewindow/ProfileEdits.h"
+#include "profiles/ProfileEdits.h"
 
 #include <cstring>
 

@@ -1,14 +1,12 @@
-#include "profilewindow/ProfileEdits.h"
+#include "profiles/ProfileEdits.h"
 
 #include "profiles/ProfileName.h"
-#include "profilewindow/KeyFilters.h"
 
 #include <algorithm>
 #include <cstring>
 
 namespace {
 
-constexpr size_t kLongestBrowsedName = 31;
 constexpr int32_t kByHandIndexBase = 500;
 constexpr int32_t kByHandClass = 2;
 constexpr int32_t kByHandColumn7 = 3;
@@ -18,6 +16,18 @@ constexpr int32_t kPairs[][2] = {
     {kGoneHidden, kGoneListed}, {kFoundHidden, kFoundListed}, {kByHandHidden, kByHandListed}};
 
 } // namespace
+
+int usedSlots(const ProfileList& list)
+{
+    return std::clamp(list.iNum, 0, kProfileSlots);
+}
+
+ProfileRecord* freeSlot(ProfileList& list)
+{
+    auto slot = std::find_if(std::begin(list.records), std::end(list.records),
+                             [](const ProfileRecord& record) { return record.InMenu == kFreeSlot; });
+    return slot == std::end(list.records) ? nullptr : slot;
+}
 
 bool isOnPrinter(const ProfileRecord& record)
 {
@@ -45,12 +55,12 @@ void setListed(ProfileRecord& record, bool listed)
 
 ProfileRecord* recordAtRow(ProfileList& list, long row)
 {
-    return row >= 0 && row < std::min<long>(list.iNum, kProfileSlots) ? &list.records[row] : nullptr;
+    return row >= 0 && row < usedSlots(list) ? &list.records[row] : nullptr;
 }
 
 long rowWithFile(const ProfileList& list, std::string_view fileName, int32_t location, long except)
 {
-    for (long row = 0; row < std::min<long>(list.iNum, kProfileSlots); ++row) {
+    for (int row = 0; row < usedSlots(list); ++row) {
         const ProfileRecord& record = list.records[row];
         if (row != except && record.Location == location && nameText(record.FileName) == fileName)
             return row;
@@ -58,16 +68,23 @@ long rowWithFile(const ProfileList& list, std::string_view fileName, int32_t loc
     return -1;
 }
 
+ProfileRecord recordByHand(int32_t location)
+{
+    return {0, kByHandListed, kByHandClass, {}, {}, location, kByHandColumn7};
+}
+
+int32_t indexByHand(const ProfileList& list, const ProfileRecord& slot)
+{
+    return static_cast<int32_t>(&slot - list.records) + kByHandIndexBase;
+}
+
 ProfileRecord* addByHand(ProfileList& list)
 {
-    auto slot = std::find_if(std::begin(list.records), std::end(list.records),
-                             [](const ProfileRecord& record) { return record.InMenu == kFreeSlot; });
-    if (slot == std::end(list.records))
+    ProfileRecord* slot = freeSlot(list);
+    if (slot == nullptr)
         return nullptr;
-    slot->IndexOnDevice = static_cast<int32_t>(slot - list.records) + kByHandIndexBase;
-    slot->InMenu = kByHandListed;
-    slot->ProfileClass = kByHandClass;
-    slot->TableColumn7 = kByHandColumn7;
+    *slot = recordByHand(slot->Location);
+    slot->IndexOnDevice = indexByHand(list, *slot);
     ++list.iNum;
     return slot;
 }
@@ -92,12 +109,4 @@ void setNameField(char (&field)[kProfileNameSize], std::string_view text)
 {
     memset(field, 0, sizeof field);
     text.copy(field, sizeof field);
-}
-
-bool isBrowsedNameAccepted(const std::u16string& name)
-{
-    std::u16string filtered = name;
-    CheckUniCharString(name.data(), name.size(), kInputFileName, filtered);
-    return name.size() <= kLongestBrowsedName && filtered == name &&
-           std::count(name.begin(), name.end(), u'.') <= 1;
 }

@@ -2,10 +2,15 @@
 
 #include "profiles/ProfileRecord.h"
 
-#include <string>
 #include <string_view>
 
-// What the management window does to a profile list. Rows are the first `iNum` slots.
+// What is asked of a profile and done to a list. Rows are the first `iNum` slots.
+
+/// Slots that count as rows: `iNum`, within the list.
+int usedSlots(const ProfileList& list);
+
+/// The first free slot; null when all are used.
+ProfileRecord* freeSlot(ProfileList& list);
 
 /// Profiles of the printer can only be renamed.
 bool isOnPrinter(const ProfileRecord& record);
@@ -21,6 +26,10 @@ ProfileRecord* recordAtRow(ProfileList& list, long row);
 /// The first row, other than `except`, with this file name and location; -1 when there is none.
 long rowWithFile(const ProfileList& list, std::string_view fileName, int32_t location, long except);
 
+/// A listed profile registered by hand, names still empty, and the index of one in this slot.
+ProfileRecord recordByHand(int32_t location);
+int32_t indexByHand(const ProfileList& list, const ProfileRecord& slot);
+
 /// Takes the first free slot for a profile registered by hand, names still empty; null when all are used.
 ProfileRecord* addByHand(ProfileList& list);
 
@@ -32,7 +41,3 @@ void appendCopy(ProfileList& list, const ProfileRecord& record);
 
 /// The first 32 bytes of `text`, zero-filled: a text that long leaves no terminator.
 void setNameField(char (&field)[kProfileNameSize], std::string_view text);
-
-/// Whether the name of a chosen file may be taken over: at most 31 units, of the file-name characters only,
-/// with one full stop at the most. Its parts may be of any length, which typing would not let through.
-bool isBrowsedNameAccepted(const std::u16string& name);
