@@ -10,7 +10,8 @@ namespace {
 
 const char* const kServer = "/usr/sbin/cupsd";
 const char* const kExecutor = "/usr/lib/cups/daemon/cups-exec";
-const char* const kTypes = "/usr/share/cups/mime/mime.types";
+const char* const kFilters = "/usr/lib/cups/filter";
+const char* const kData = "/usr/share/cups";
 
 // Called without arguments a backend lists its devices: it has none. The options come last, so that a job
 // that has them is complete.
@@ -24,13 +25,14 @@ const char* const kBackend = "#!/bin/sh\n"
 
 bool PrivateCups::installed()
 {
-    return access(kServer, X_OK) == 0 && access(kExecutor, X_OK) == 0 && access(kTypes, R_OK) == 0;
+    return access(kServer, X_OK) == 0 && access(kExecutor, X_OK) == 0 &&
+           access((std::string(kFilters) + "/pstops").c_str(), X_OK) == 0;
 }
 
 PrivateCups::PrivateCups() : serverName_("CUPS_SERVER", sandbox_ / "run/cups.sock")
 {
     if (!installed()) {
-        problem_ = "no CUPS server is installed";
+        problem_ = "no CUPS server with filters is installed";
         return;
     }
     layOut();
@@ -48,11 +50,12 @@ PrivateCups::PrivateCups() : serverName_("CUPS_SERVER", sandbox_ / "run/cups.soc
 
 void PrivateCups::layOut() const
 {
-    for (const char* folder : {"etc", "cache", "state", "spool/tmp", "log", "run", "home", "bin/backend",
-                               "bin/daemon", "data/mime", "data/banners"})
+    for (const char* folder :
+         {"etc", "cache", "state", "spool/tmp", "log", "run", "home", "bin/backend", "bin/daemon"})
         fs::create_directories(sandbox_ / folder);
     fs::create_symlink(kExecutor, sandbox_ / "bin/daemon/cups-exec");
-    fs::create_symlink(kTypes, sandbox_ / "data/mime/mime.types");
+    fs::create_symlink(kFilters, sandbox_ / "bin/filter");
+    fs::create_symlink(kData, sandbox_ / "data");
     for (const char* scheme : {"lpd", "socket", "dnssd"})
         fs::permissions(sandbox_.write(std::string("bin/backend/") + scheme, kBackend), fs::perms(0755));
 
