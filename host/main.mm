@@ -1,12 +1,10 @@
-#include "Appearance.h"
-#include "DialogController.h"
-#include "Json.h"
-#include "ScriptRunner.h"
+#include "dialog/Appearance.h"
+#include "dialog/DialogController.h"
+#include "dialog/Text.h"
+#include "script/Script.h"
 
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
-#include <unistd.h>
 
 extern char** environ;
 
@@ -30,7 +28,7 @@ extern char** environ;
         exit(EXIT_FAILURE);
     }
     if (script >= 0)
-        [[[ScriptRunner alloc] initWithDialog:dialog file:script] start];
+        driveByScript(dialog, script);
     else
         [dialog showPanel];
 }
@@ -47,13 +45,9 @@ int main(int argc, char** argv)
     Options options;
     if (std::optional<int> status = parseOptions(argc, argv, options))
         return *status;
-    int script = options.script.empty() ? -1 : STDIN_FILENO;
-    if (script >= 0 && options.script != "-")
-        script = open(options.script.c_str(), O_RDONLY | O_CLOEXEC);
-    if (script < 0 && !options.script.empty()) {
-        fprintf(stderr, "printdialog: %s: cannot be read\n", options.script.c_str());
+    int script = options.script.empty() ? -1 : openScript(options.script);
+    if (script < 0 && !options.script.empty())
         return 2;
-    }
     // The toolkit would take our arguments for documents to open. A second dialog is for another document:
     // it never gives way to the first, also where the user wants that of programs.
     char useRunningCopy[] = "-NSUseRunningCopy", no[] = "NO";

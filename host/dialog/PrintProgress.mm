@@ -2,7 +2,7 @@
 
 #include "Controls.h"
 #include "CupsPrinting.h"
-#include "Json.h"
+#include "Text.h"
 
 static const CGFloat kWidth = 420, kHeight = 132, kMargin = 20;
 static const NSTimeInterval kStateInterval = 1.0;

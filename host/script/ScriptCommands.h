@@ -1,7 +1,7 @@
 #pragma once
 
-#include "DialogController.h"
 #include "Json.h"
+#include "dialog/DialogController.h"
 #include <string>
 
 /// Carries out one script line and gives its answer; an object with "error" when it cannot. A toolkit

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Json.h"
-#include "PanelSession.h"
+#include "dialog/PanelSession.h"
 #include <common/ControlItem.h>
 #include <optional>
 #include <string>

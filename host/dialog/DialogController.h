@@ -58,20 +58,23 @@
 
 /// The window that a person has in front.
 - (NSWindow*)frontWindow;
+
+// For the controller's actions.
+
+/// Nil, and a reason in `error`, when there is no such printer or its PPD cannot be opened.
+- (PMPrinterObject*)newPrinterWithError:(NSString**)error;
+/// False for a printer with another maker's PPD.
+- (BOOL)printerHasPanelOptions;
+/// Copies and pages, from the window into the settings and back.
+- (void)takeCopies;
+- (void)showCopies;
+/// What is to be printed; empty without files.
+- (NSString*)jobTitle;
+- (NSString*)windowTitle;
 @end
 
-// Between the parts of the controller.
+/// What the window's controls do, and the lists in them.
 @interface DialogController (Actions) <DialogActions>
 - (void)listPrinters;
 - (void)listPresetsAndSelect:(NSString*)name;
-@end
-
-@interface DialogController (Parts)
-- (PMPrinterObject*)newPrinterWithError:(NSString**)error;
-- (BOOL)printerHasPanelOptions;
-- (void)showSummary;
-- (void)takeCopies;
-- (void)showCopies;
-- (NSString*)jobTitle;
-- (NSString*)windowTitle;
 @end

@@ -2,18 +2,6 @@
 
 #include <cstring>
 
-std::string textOf(NSString* string)
-{
-    const char* text = [string UTF8String];
-    return text != nullptr ? text : "";
-}
-
-NSString* stringOf(const std::string& text)
-{
-    return [[[NSString alloc] initWithBytes:text.data() length:text.size()
-                                   encoding:NSUTF8StringEncoding] autorelease];
-}
-
 Json errorAnswer(const std::string& reason)
 {
     return {{"error", reason}};

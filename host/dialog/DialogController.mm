@@ -1,6 +1,6 @@
 #include "DialogController.h"
 
-#include "Json.h"
+#include "Text.h"
 
 static NSString* printerError(const Options& options, NSString* reason)
 {
@@ -47,7 +47,6 @@ static NSString* printerError(const Options& options, NSString* reason)
     [super dealloc];
 }
 
-/// What is to be printed; empty without files.
 - (NSString*)jobTitle
 {
     if (options_.files.empty())
@@ -144,7 +143,6 @@ static NSString* printerError(const Options& options, NSString* reason)
     session_ = nil;
 }
 
-/// A printer with another maker's PPD has none of the panel's options.
 - (BOOL)printerHasPanelOptions
 {
     for (NSString* key in [[session_ panel] supportedPPDOptionKeys])

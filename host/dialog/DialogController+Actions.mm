@@ -1,8 +1,8 @@
 #include "DialogController.h"
 
-#include "Json.h"
 #include "PrintProgress.h"
 #include "Prompts.h"
+#include "Text.h"
 
 #include <cstdlib>
 

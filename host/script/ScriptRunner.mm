@@ -1,10 +1,10 @@
-#include "ScriptRunner.h"
-
+#include "Script.h"
 #include "ScriptCommands.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <optional>
 #include <poll.h>
 #include <unistd.h>
@@ -26,6 +26,20 @@ static void postEvent()
     [NSApp postEvent:event atStart:NO];
 }
 
+/// Reads the lines and carries them out.
+@interface ScriptRunner : NSObject
+{
+    DialogController* dialog_;
+    int file_;
+    bool atEnd_;
+    std::string unread_;    ///< bytes that are not yet a whole line
+    std::string open_;      ///< the line that is being carried out and is not answered yet
+    NSWindow* modalBefore_; ///< the modal window when that line began
+    int depth_;             ///< lines that are being carried out, one inside the modal loop of another
+    bool failed_;
+}
+@end
+
 @implementation ScriptRunner
 
 - (instancetype)initWithDialog:(DialogController*)dialog file:(int)file
@@ -34,11 +48,6 @@ static void postEvent()
     dialog_ = dialog;
     file_ = file;
     return self;
-}
-
-- (void)start
-{
-    [self tickAfter:0];
 }
 
 - (void)tickAfter:(NSTimeInterval)delay
@@ -140,3 +149,16 @@ static void postEvent()
 }
 
 @end
+
+int openScript(const std::string& file)
+{
+    int script = file == "-" ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (script < 0)
+        fprintf(stderr, "printdialog: %s: cannot be read\n", file.c_str());
+    return script;
+}
+
+void driveByScript(DialogController* dialog, int script)
+{
+    [[[ScriptRunner alloc] initWithDialog:dialog file:script] tickAfter:0];
+}

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Json.h"
-#include "PanelSession.h"
+#include "dialog/PanelSession.h"
 #include <string>
 
 // The profile management window as a script sees it, found through the panel's `profileControl`. Every call

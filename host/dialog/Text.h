@@ -1,0 +1,10 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+#include <string>
+
+/// UTF-8; "" for nil.
+std::string textOf(NSString* string);
+
+/// Nil when the bytes are not UTF-8.
+NSString* stringOf(const std::string& text);

@@ -1,0 +1,13 @@
+#include "Text.h"
+
+std::string textOf(NSString* string)
+{
+    const char* text = [string UTF8String];
+    return text != nullptr ? text : "";
+}
+
+NSString* stringOf(const std::string& text)
+{
+    return [[[NSString alloc] initWithBytes:text.data() length:text.size()
+                                   encoding:NSUTF8StringEncoding] autorelease];
+}
