@@ -2,7 +2,6 @@
 #include "Commands.h"
 #include "StoredProfiles.h"
 
-#include "profiles/ProfileFileName.h"
 #include "profiles/DriverPaths.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileName.h"

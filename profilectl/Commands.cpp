@@ -6,7 +6,6 @@
 
 #include "profiles/ProfileEdits.h"
 #include "profiles/ProfileListFile.h"
-#include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
 
 #include <algorithm>
@@ -21,7 +20,7 @@ constexpr int32_t kAllLists[] = {kRgbList, kSimList, kDstList};
 
 /// Runs `change` on each selected profile, in every selected list that has it. Throws when none has it.
 template <typename Change>
-void forEachSelected(ListSet& lists, const Selection& selection, Change change)
+void forEachSelected(ProfileLists& lists, const Selection& selection, Change change)
 {
     bool found = false;
     for (int32_t index : selection.indexes) {
@@ -55,7 +54,8 @@ std::string readInput(const std::string& path)
 /// Gives a stored profile the name and the place in menus of an imported one; true when that changes it.
 bool bringUpToDate(ProfileRecord& stored, const ProfileRecord& imported)
 {
-    if (isListed(stored) == isListed(imported) && nameText(stored.ProfileName) == nameText(imported.ProfileName))
+    if (isListed(stored) == isListed(imported) &&
+        nameText(stored.ProfileName) == nameText(imported.ProfileName))
         return false;
     setListed(stored, isListed(imported));
     memcpy(stored.ProfileName, imported.ProfileName, kProfileNameSize);
@@ -96,7 +96,7 @@ void addProfile(const Selection& selection, const std::string& profileName, bool
             throw CommandError(kNotPossible, std::string(kClassNames[index]) + " has \"" +
                                                  selection.fileName + "\" on the " + locationName(location) +
                                                  " already");
-        addRecord((*lists)[index], record);
+        addOrThrow((*lists)[index], record);
     }
     saveLists(*lists);
     for (int32_t index : selection.indexes)
@@ -112,9 +112,7 @@ void removeProfile(const Selection& selection)
             throw CommandError(kNotPossible, std::string(kClassNames[index]) + ": the printer has \"" +
                                                  selection.fileName +
                                                  "\" and would bring it back; hide it instead");
-        record = {};
-        --(*lists)[index].iNum;
-        VelPListPaddingProfile_Dict(&(*lists)[index]);
+        removeRecord((*lists)[index], record);
         done += "removed " + selection.fileName + " from " + kClassNames[index] + "\n";
     });
     saveLists(*lists);
@@ -144,7 +142,7 @@ void importLists(const std::string& path, bool replace)
     std::vector<ImportedProfile> profiles = parseImport(readInput(path), named);
     // A damaged file is in the way of everything but replacing all of it.
     bool replacesAll = replace && named.size() == kProfileListCount;
-    auto lists = replacesAll ? std::make_unique<ListSet>() : loadLists();
+    auto lists = replacesAll ? std::make_unique<ProfileLists>() : loadLists();
     for (int32_t index : named)
         if (replace)
             (*lists)[index] = {};
@@ -153,7 +151,7 @@ void importLists(const std::string& path, bool replace)
         ProfileList& list = (*lists)[profile.index];
         ProfileRecord* stored = findProfile(list, nameText(profile.record.FileName), profile.record.Location);
         if (stored == nullptr)
-            addRecord(list, profile.record);
+            addOrThrow(list, profile.record);
         added += stored == nullptr;
         changed += stored != nullptr && bringUpToDate(*stored, profile.record);
     }

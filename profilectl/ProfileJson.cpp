@@ -52,10 +52,9 @@ int32_t integerMember(const json& profile, const char* key, int32_t fallback)
     auto found = profile.find(key);
     if (found == profile.end())
         return fallback;
-    bool fits = found->is_number_unsigned()
-                    ? found->get<uint64_t>() <= INT32_MAX
-                    : found->is_number_integer() && found->get<int64_t>() >= INT32_MIN &&
-                          found->get<int64_t>() <= INT32_MAX;
+    // As a double, which holds them all: a large unsigned one would turn negative.
+    bool fits =
+        found->is_number_integer() && found->get<double>() >= INT32_MIN && found->get<double>() <= INT32_MAX;
     if (!fits)
         throw CommandError(kBadInput, std::string("\"") + key + "\" is no integer of 32 bits");
     return found->get<int32_t>();
@@ -97,7 +96,7 @@ ProfileRecord recordOf(const json& profile)
 
 } // namespace
 
-ordered_json jsonOf(const ListSet& lists, const std::vector<int32_t>& indexes)
+ordered_json jsonOf(const ProfileLists& lists, const std::vector<int32_t>& indexes)
 {
     ordered_json root = ordered_json::object();
     for (int32_t index : indexes) {

@@ -7,7 +7,7 @@
 
 /// The lists with these indexes, an array of profiles under each list's name. Bytes of a name that are no
 /// text are left out.
-nlohmann::ordered_json jsonOf(const ListSet& lists, const std::vector<int32_t>& indexes);
+nlohmann::ordered_json jsonOf(const ProfileLists& lists, const std::vector<int32_t>& indexes);
 
 /// One profile of an imported file.
 struct ImportedProfile {

@@ -4,12 +4,10 @@
 
 #include "profiles/DriverPaths.h"
 #include "profiles/ProfileEdits.h"
-#include "profiles/ProfileFileName.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <utf8.h>
 
@@ -28,11 +26,10 @@ bool isUnprintable(uint32_t c)
 
 void requireWhole(const std::string& name, const char* what)
 {
-    constexpr size_t kLongest = kProfileNameSize - 1;
-    if (name.size() > kLongest)
+    if (name.size() > kLongestName)
         throw CommandError(kBadInput, std::string(what) + " \"" + printable(name) + "\" has " +
                                           std::to_string(name.size()) + " bytes in UTF-8; " +
-                                          std::to_string(kLongest) + " is the most that is kept");
+                                          std::to_string(kLongestName) + " is the most that is kept");
     if (printable(name) != name)
         throw CommandError(kBadInput, std::string(what) + " \"" + printable(name) +
                                           "\" holds characters that cannot be shown");
@@ -40,9 +37,9 @@ void requireWhole(const std::string& name, const char* what)
 
 } // namespace
 
-std::unique_ptr<ListSet> loadLists()
+std::unique_ptr<ProfileLists> loadLists()
 {
-    auto lists = std::make_unique<ListSet>();
+    auto lists = std::make_unique<ProfileLists>();
     std::string text;
     if (readListFile(currentListPath(), text) == FileProblem::kMissing)
         return lists;
@@ -51,7 +48,7 @@ std::unique_ptr<ListSet> loadLists()
     return lists;
 }
 
-void saveLists(const ListSet& lists)
+void saveLists(const ProfileLists& lists)
 {
     if (!std::filesystem::exists(helperExecutable()))
         throw CommandError(kNoPermission, "the driver's helper is not installed: " + helperExecutable());
@@ -90,16 +87,6 @@ std::string locationName(int32_t location)
     return location == kOnDisk ? "disk" : location == kOnCard ? "card" : std::to_string(location);
 }
 
-ProfileRecord* findProfile(ProfileList& list, std::string_view fileName, int32_t location)
-{
-    auto found =
-        std::find_if(std::begin(list.records), std::end(list.records), [&](const ProfileRecord& record) {
-            return record.InMenu != kFreeSlot && nameText(record.FileName) == fileName &&
-                   (location == 0 || record.Location == location);
-        });
-    return found == std::end(list.records) ? nullptr : found;
-}
-
 ProfileRecord makeRecord(const std::string& fileName, const std::string& profileName, int32_t location,
                          bool listed)
 {
@@ -121,16 +108,11 @@ ProfileRecord makeRecord(const std::string& fileName, const std::string& profile
     return record;
 }
 
-void addRecord(ProfileList& list, const ProfileRecord& record)
+void addOrThrow(ProfileList& list, const ProfileRecord& record)
 {
-    ProfileRecord* slot = freeSlot(list);
-    if (slot == nullptr)
+    if (addByHand(list, record) == nullptr)
         throw CommandError(kNotPossible,
                            "the list is full: it has " + std::to_string(kProfileSlots) + " profiles");
-    *slot = record;
-    if (slot->IndexOnDevice == 0)
-        slot->IndexOnDevice = indexByHand(list, *slot);
-    ++list.iNum;
 }
 
 std::string printable(std::string_view text)

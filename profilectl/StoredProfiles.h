@@ -2,23 +2,20 @@
 
 #include "profiles/ProfileRecord.h"
 
-#include <array>
 #include <memory>
 #include <string>
 #include <string_view>
 
 // The lists of the user who runs the program, and what all commands need to know of a profile.
 
-using ListSet = std::array<ProfileList, kProfileListCount>;
-
 /// Names of the lists on the command line and in JSON, by ProfileListIndex.
 inline constexpr const char* kClassNames[kProfileListCount] = {"rgb", "sim", "dst"};
 
 /// The stored lists; empty ones when there is no file yet. Throws when the file is damaged.
-std::unique_ptr<ListSet> loadLists();
+std::unique_ptr<ProfileLists> loadLists();
 
 /// Replaces the stored lists through the helper. Throws when the user may not, or when writing failed.
-void saveLists(const ListSet& lists);
+void saveLists(const ProfileLists& lists);
 
 /// "by-hand", "on-printer" or "not-found": what is known of it on the printer.
 const char* statusName(ProfileRecord record);
@@ -28,15 +25,12 @@ bool setStatus(ProfileRecord& record, std::string_view statusName);
 /// "disk", "card", or the number of any other location.
 std::string locationName(int32_t location);
 
-/// The used record with this file name and location (any, when it is 0), or null.
-ProfileRecord* findProfile(ProfileList& list, std::string_view fileName, int32_t location);
-
 /// A record for a profile that is registered by hand. Throws when a name breaks the rules or would be cut.
 ProfileRecord makeRecord(const std::string& fileName, const std::string& profileName, int32_t location,
                          bool listed);
 
-/// Puts a record into the first free slot, which also gives an unknown index. Throws when none is free.
-void addRecord(ProfileList& list, const ProfileRecord& record);
+/// addByHand, but throws when no slot is free.
+void addOrThrow(ProfileList& list, const ProfileRecord& record);
 
 /// Text for a terminal: control, direction and broken characters become "?".
 std::string printable(std::string_view text);

@@ -1,4 +1,4 @@
-#include "profiles/ProfileFileName.h"
+#include "profiles/ProfileName.h"
 
 #include <cstring>
 #include <gtest/gtest.h>

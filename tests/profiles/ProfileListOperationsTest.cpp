@@ -1,6 +1,6 @@
 #include "ListFixture.h"
 
-#include "profiles/ProfileListDictionaries.h"
+#include "profiles/PropertyList.h"
 
 namespace {
 

@@ -10,7 +10,7 @@ namespace {
 ProfileRecord record(int32_t inMenu, const char* fileName, int32_t location = kOnDisk)
 {
     ProfileRecord made{1, inMenu, 2, {}, {}, location, 0};
-    setNameField(made.FileName, fileName);
+    setNameText(made.FileName, fileName, kProfileNameSize);
     return made;
 }
 
@@ -43,12 +43,12 @@ TEST(ProfileEdits, AddInTheFirstFreeSlotUntilTheListIsFull)
 {
     auto list = listOf(499);
     list->records[7].InMenu = kFreeSlot;
-    EXPECT_EQ(addByHand(*list), &list->records[7]);
+    EXPECT_EQ(addByHand(*list, recordByHand(kOnDisk)), &list->records[7]);
     EXPECT_EQ(list->records[7].IndexOnDevice, 507);
-    EXPECT_EQ(addByHand(*list), &list->records[499]);
+    EXPECT_EQ(addByHand(*list, recordByHand(kOnDisk)), &list->records[499]);
     EXPECT_EQ(list->records[499].TableColumn7, 3);
     EXPECT_EQ(list->iNum, 501) << "the slot that was free had been counted";
-    EXPECT_EQ(addByHand(*list), nullptr);
+    EXPECT_EQ(addByHand(*list, recordByHand(kOnDisk)), nullptr);
     EXPECT_EQ(recordAtRow(*list, 500), nullptr);
 }
 
@@ -80,9 +80,9 @@ TEST(ProfileEdits, FindAFileByNameAndLocationExactly)
     auto list = listOf(2);
     std::string full(40, 'x');
     appendCopy(*list, record(kByHandListed, full.c_str(), kOnCard));
-    EXPECT_EQ(rowWithFile(*list, "1", kOnDisk, -1), 1);
-    EXPECT_EQ(rowWithFile(*list, "1", kOnDisk, 1), -1);
-    EXPECT_EQ(rowWithFile(*list, "1", kOnCard, -1), -1);
-    EXPECT_EQ(rowWithFile(*list, std::string(32, 'x'), kOnCard, -1), 2) << "32 bytes, no terminator";
-    EXPECT_EQ(rowWithFile(*list, std::string(32, 'X'), kOnCard, -1), -1);
+    EXPECT_TRUE(hasRowWithFile(*list, "1", kOnDisk, -1));
+    EXPECT_FALSE(hasRowWithFile(*list, "1", kOnDisk, 1));
+    EXPECT_FALSE(hasRowWithFile(*list, "1", kOnCard, -1));
+    EXPECT_TRUE(hasRowWithFile(*list, std::string(32, 'x'), kOnCard, -1)) << "32 bytes, no terminator";
+    EXPECT_FALSE(hasRowWithFile(*list, std::string(32, 'X'), kOnCard, -1));
 }

@@ -2,17 +2,14 @@
 
 #include "discovery/SpoolTable.h"
 #include "profiles/ProfileEdits.h"
-#include "profiles/ProfileFileName.h"
 #include "profiles/ProfileListOperations.h"
+#include "profiles/ProfileName.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <memory>
 
 namespace {
-
-using ThreeLists = std::array<ProfileList, kProfileListCount>;
 
 // ProfileRecord::ProfileClass as the printer reports it.
 enum PrinterProfileClass : int32_t { kRgbClass = 1, kSecondRgbClass = 2, kCmykClass = 3 };
@@ -53,7 +50,7 @@ int32_t codeWhenFound(int32_t code)
     }
 }
 
-void removeBadNames(ThreeLists& lists)
+void removeBadNames(ProfileLists& lists)
 {
     bool changed = false;
     for (int slot = 0; slot < kProfileSlots; ++slot) {
@@ -72,7 +69,7 @@ void removeBadNames(ThreeLists& lists)
         VelPListPaddingProfile_Dict(&lists[kRgbList]);
 }
 
-void mergeSpool(ThreeLists& lists)
+void mergeSpool(ProfileLists& lists)
 {
     // A table that repeats rows counts more of them than the spool holds.
     for (int row = 0; row < std::min(PlistForSpool.iNum, kProfileSlots); ++row) {
@@ -108,17 +105,13 @@ void vRestructDetail(int row, ProfileList* list)
         same->InMenu = codeWhenFound(same->InMenu);
         return;
     }
-    ProfileRecord* slot = freeSlot(*list);
-    if (slot == nullptr)
-        return;
-    *slot = found;
-    slot->InMenu = kFoundHidden;
-    ++list->iNum;
+    if (ProfileRecord* added = addRecord(*list, found))
+        added->InMenu = kFoundHidden;
 }
 
 int32_t vRestructPlistSpool2Current(int exitValue)
 {
-    auto lists = std::make_unique<ThreeLists>();
+    auto lists = std::make_unique<ProfileLists>();
     ProfileList& rgb = (*lists)[kRgbList];
     ProfileList& sim = (*lists)[kSimList];
     ProfileList& dst = (*lists)[kDstList];

@@ -50,16 +50,6 @@ std::string preferencesFolder()
     return rooted(kPreferencesFolder);
 }
 
-std::string currentListPath()
-{
-    return currentListPath(loginName());
-}
-
-std::string previousListPath()
-{
-    return previousListPath(loginName());
-}
-
 std::string currentListPath(const std::string& login)
 {
     return listPath(login, "-R4270-profile.plist");

@@ -9,16 +9,13 @@
 /// "/Library/Printers/QUORVEX/Preferences/vendor.quorvex.printers.R4270"
 std::string preferencesFolder();
 
-/// The current list file, and its previous copy, of the user with the real user id of this process. Cut at
-/// 254 bytes, the development root not counted. Empty when that user has no password entry.
-std::string currentListPath();
-std::string previousListPath();
-/// The same for the user with this login name.
-std::string currentListPath(const std::string& login);
-std::string previousListPath(const std::string& login);
-
 /// Login name of the real user id, from the password database; empty when there is none.
 std::string loginName();
+
+/// The current list file, and its previous copy, of the user with this login name. Cut at 254 bytes, the
+/// development root not counted. Empty when there is no name.
+std::string currentListPath(const std::string& login = loginName());
+std::string previousListPath(const std::string& login = loginName());
 
 std::string helperExecutable();
 /// The folder offered when a profile is registered by hand.

@@ -3,7 +3,6 @@
 #include "profiles/DriverPaths.h"
 #include "profiles/Utf8.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -137,37 +136,6 @@ bool drain(int input, std::string& reply)
     }
 }
 
-bool isContinuation(char byte)
-{
-    return (byte & 0xC0) == 0x80;
-}
-
-/// Only the characters of four bytes are surrogate pairs. A character counts where its first byte is.
-size_t utf16Units(std::string_view text)
-{
-    auto units = std::count_if(text.begin(), text.end(), [](char byte) { return !isContinuation(byte); });
-    units += std::count_if(text.begin(), text.end(), [](unsigned char byte) { return byte >= 0xF0; });
-    return static_cast<size_t>(units);
-}
-
-/// How many bytes at the front of `text` make the longest piece.
-size_t pieceLength(std::string_view text)
-{
-    size_t length = 0, units = 0;
-    // Units left are bytes that can be taken at once: only a pair of which no more than the first byte is
-    // taken counts for more than its bytes.
-    while (units < kLongestPiece && length < text.size()) {
-        std::string_view next = text.substr(length, kLongestPiece - units);
-        units += utf16Units(next);
-        length += next.size();
-    }
-    if (units > kLongestPiece)
-        return length - 1;
-    while (length < text.size() && isContinuation(text[length]))
-        ++length;
-    return length;
-}
-
 } // namespace
 
 void passHelperMessages()
@@ -220,10 +188,20 @@ std::vector<std::string_view> listFilePieces(std::string_view text)
     std::vector<std::string_view> pieces;
     if (!isUtf8(text))
         return pieces;
-    while (!text.empty()) {
-        pieces.push_back(text.substr(0, pieceLength(text)));
-        text.remove_prefix(pieces.back().size());
+    size_t begin = 0, units = 0;
+    for (size_t at = 0; at < text.size(); ++at) {
+        // A character counts where its first byte is; only those of four bytes are surrogate pairs.
+        unsigned char byte = text[at];
+        size_t more = (byte & 0xC0) == 0x80 ? 0 : byte >= 0xF0 ? 2 : 1;
+        if (units + more > kLongestPiece) {
+            pieces.push_back(text.substr(begin, at - begin));
+            begin = at;
+            units = 0;
+        }
+        units += more;
     }
+    if (begin < text.size())
+        pieces.push_back(text.substr(begin));
     return pieces;
 }
 

@@ -3,6 +3,9 @@
 #include "common/ControlItem.h"
 #include "common/PDECommon.h"
 
+/// "Disk" or "Card" in the person's language, "" for any other location, nil when it cannot be had.
+NSString* locationWord(SInt32 location);
+
 /// Profiles behind the PPD's choices: as items of the profile pop-ups, and in a queue's dictionary of the
 /// print settings under "<key>CustomFilename" (the coded path on the printer) and "<key>Custom" ("True" when
 /// a profile is chosen). Positions count the listed profiles of the row's list from 1. The list file is

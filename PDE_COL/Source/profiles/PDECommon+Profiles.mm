@@ -39,12 +39,6 @@ static std::unique_ptr<ProfileList> readListOf(const PDEControlItem* item, CFDic
     return list;
 }
 
-// What a menu leaves out: less than what is no position (isListed).
-static bool isHidden(const ProfileRecord& record)
-{
-    return record.InMenu == kGoneHidden || record.InMenu == kFoundHidden || record.InMenu == kByHandHidden;
-}
-
 static NSString* entryKey(const PDEControlItem* item, const char* suffix)
 {
     return [NSString stringWithFormat:@"%s%s", item->ppdKey, suffix];
@@ -56,8 +50,7 @@ static NSString* nameString(const char (&field)[kProfileNameSize])
     return name != nil ? name : @"";
 }
 
-// The word behind a title, nil when it cannot be had.
-static NSString* locationWord(int32_t location)
+NSString* locationWord(SInt32 location)
 {
     NSBundle* bundle = [NSBundle bundleForClass:[PDECommon class]];
     switch (location) {

@@ -1,9 +1,9 @@
 #include "profiles/ProfileEdits.h"
 
+#include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
@@ -11,22 +11,21 @@ constexpr int32_t kByHandIndexBase = 500;
 constexpr int32_t kByHandClass = 2;
 constexpr int32_t kByHandColumn7 = 3;
 
-/// The codes of a profile that is not listed and of the same profile listed.
+/// The states of a profile that is hidden and of the same profile listed.
 constexpr int32_t kPairs[][2] = {
     {kGoneHidden, kGoneListed}, {kFoundHidden, kFoundListed}, {kByHandHidden, kByHandListed}};
+
+bool isInPair(const ProfileRecord& record, bool listed)
+{
+    return std::any_of(std::begin(kPairs), std::end(kPairs),
+                       [&](const auto& pair) { return pair[listed] == record.InMenu; });
+}
 
 } // namespace
 
 int usedSlots(const ProfileList& list)
 {
     return std::clamp(list.iNum, 0, kProfileSlots);
-}
-
-ProfileRecord* freeSlot(ProfileList& list)
-{
-    auto slot = std::find_if(std::begin(list.records), std::end(list.records),
-                             [](const ProfileRecord& record) { return record.InMenu == kFreeSlot; });
-    return slot == std::end(list.records) ? nullptr : slot;
 }
 
 bool isOnPrinter(const ProfileRecord& record)
@@ -41,8 +40,12 @@ bool isCustom(const ProfileRecord& record)
 
 bool isListed(const ProfileRecord& record)
 {
-    return std::any_of(std::begin(kPairs), std::end(kPairs),
-                       [&](const auto& pair) { return pair[1] == record.InMenu; });
+    return isInPair(record, true);
+}
+
+bool isHidden(const ProfileRecord& record)
+{
+    return isInPair(record, false);
 }
 
 void setListed(ProfileRecord& record, bool listed)
@@ -58,14 +61,21 @@ ProfileRecord* recordAtRow(ProfileList& list, long row)
     return row >= 0 && row < usedSlots(list) ? &list.records[row] : nullptr;
 }
 
-long rowWithFile(const ProfileList& list, std::string_view fileName, int32_t location, long except)
+ProfileRecord* findProfile(ProfileList& list, std::string_view fileName, int32_t location)
 {
-    for (int row = 0; row < usedSlots(list); ++row) {
-        const ProfileRecord& record = list.records[row];
-        if (row != except && record.Location == location && nameText(record.FileName) == fileName)
-            return row;
-    }
-    return -1;
+    auto found = std::find_if(std::begin(list.records), std::end(list.records), [&](const auto& record) {
+        return record.InMenu != kFreeSlot && nameText(record.FileName) == fileName &&
+               (location == 0 || record.Location == location);
+    });
+    return found == std::end(list.records) ? nullptr : found;
+}
+
+bool hasRowWithFile(const ProfileList& list, std::string_view fileName, int32_t location, long except)
+{
+    return std::any_of(list.records, list.records + usedSlots(list), [&](const ProfileRecord& record) {
+        return &record - list.records != except && record.Location == location &&
+               nameText(record.FileName) == fileName;
+    });
 }
 
 ProfileRecord recordByHand(int32_t location)
@@ -73,29 +83,37 @@ ProfileRecord recordByHand(int32_t location)
     return {0, kByHandListed, kByHandClass, {}, {}, location, kByHandColumn7};
 }
 
-int32_t indexByHand(const ProfileList& list, const ProfileRecord& slot)
+ProfileRecord* addRecord(ProfileList& list, const ProfileRecord& record)
 {
-    return static_cast<int32_t>(&slot - list.records) + kByHandIndexBase;
-}
-
-ProfileRecord* addByHand(ProfileList& list)
-{
-    ProfileRecord* slot = freeSlot(list);
-    if (slot == nullptr)
+    auto slot = std::find_if(std::begin(list.records), std::end(list.records),
+                             [](const ProfileRecord& other) { return other.InMenu == kFreeSlot; });
+    if (slot == std::end(list.records))
         return nullptr;
-    *slot = recordByHand(slot->Location);
-    slot->IndexOnDevice = indexByHand(list, *slot);
+    *slot = record;
     ++list.iNum;
     return slot;
 }
 
+ProfileRecord* addByHand(ProfileList& list, const ProfileRecord& record)
+{
+    ProfileRecord* slot = addRecord(list, record);
+    if (slot != nullptr && slot->IndexOnDevice == 0)
+        slot->IndexOnDevice = static_cast<int32_t>(slot - list.records) + kByHandIndexBase;
+    return slot;
+}
+
+void removeRecord(ProfileList& list, ProfileRecord& record)
+{
+    record = {};
+    --list.iNum;
+    VelPListPaddingProfile_Dict(&list);
+}
+
 void removeRow(ProfileList& list, long row)
 {
-    ProfileRecord* used = list.records;
-    ProfileRecord* last = used + std::min(list.iNum, kProfileSlots) - 1;
-    std::copy(used + row + 1, last + 1, used + row);
-    // Only its state says that the slot is free; the rest stays until the slot is used again.
-    last->InMenu = kFreeSlot;
+    ProfileRecord* end = list.records + usedSlots(list);
+    std::copy(list.records + row + 1, end, list.records + row);
+    end[-1].InMenu = kFreeSlot;
     --list.iNum;
 }
 
@@ -103,10 +121,4 @@ void appendCopy(ProfileList& list, const ProfileRecord& record)
 {
     if (list.iNum < kProfileSlots)
         list.records[list.iNum++] = record;
-}
-
-void setNameField(char (&field)[kProfileNameSize], std::string_view text)
-{
-    memset(field, 0, sizeof field);
-    text.copy(field, sizeof field);
 }

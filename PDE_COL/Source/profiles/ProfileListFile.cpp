@@ -4,26 +4,21 @@
 #include "profiles/ProfileName.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <ctime>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
 constexpr unsigned kSlotDigits = 4;
-constexpr uint8_t kAllFields = (1 << kStoredFields) - 1;
 
-int32_t& integerField(ProfileRecord& record, StoredField field)
-{
-    switch (field) {
-    case kIndexOnDevice:
-        return record.IndexOnDevice;
-    case kInMenu:
-        return record.InMenu;
-    case kProfileClass:
-        return record.ProfileClass;
-    default:
-        return record.Location;
-    }
-}
+constexpr int32_t ProfileRecord::*kIntegerFields[kFirstNameField] = {
+    &ProfileRecord::IndexOnDevice, &ProfileRecord::InMenu, &ProfileRecord::ProfileClass,
+    &ProfileRecord::Location};
 
 char (&nameField(ProfileRecord& record, StoredField field))[kProfileNameSize]
 {
@@ -55,7 +50,7 @@ bool storeValue(PropertyListNode value, StoredField field, ProfileRecord& record
     }
     std::optional<int32_t> number = value.integer();
     if (number)
-        integerField(record, field) = *number;
+        record.*kIntegerFields[field] = *number;
     return number.has_value();
 }
 
@@ -98,10 +93,49 @@ void addField(const ProfileList& list, StoredField field, PropertyListNode dicti
         setSlot(key, slot);
         ProfileRecord record = list.records[slot];
         if (field < kFirstNameField)
-            dictionary.addInteger(key.c_str(), integerField(record, field));
+            dictionary.addInteger(key.c_str(), record.*kIntegerFields[field]);
         else if (std::optional<std::string> name = storableName(nameField(record, field)))
             dictionary.addString(key.c_str(), *name);
     }
+}
+void readRecord(const StoredList& stored, int slot, ProfileRecord& record)
+{
+    ProfileRecord from = stored.list.records[slot];
+    for (int i = 0; i < kStoredFields; ++i) {
+        StoredField field = static_cast<StoredField>(i);
+        if ((stored.fields[slot] & (1 << i)) == 0)
+            continue;
+        if (field < kFirstNameField)
+            record.*kIntegerFields[field] = from.*kIntegerFields[field];
+        else
+            memcpy(nameField(record, field), nameField(from, field), kProfileNameSize);
+    }
+}
+
+#ifdef __APPLE__
+#define st_mtim st_mtimespec
+#define st_ctim st_ctimespec
+constexpr clockid_t kFileClock = CLOCK_REALTIME;
+#else
+// File times are taken from this clock: it stands still for some milliseconds between ticks.
+constexpr clockid_t kFileClock = CLOCK_REALTIME_COARSE;
+#endif
+
+/// A change in the same clock tick would leave the times as they are, so a file is only remembered when
+/// its last change lies in an earlier tick.
+bool isSettled(const FileVersion& version)
+{
+    timespec now{};
+    clock_gettime(kFileClock, &now);
+    return version.changed < FileVersion::Time(now.tv_sec, now.tv_nsec);
+}
+
+FileProblem checkStatus(const struct stat& status)
+{
+    if (!S_ISREG(status.st_mode))
+        return FileProblem::kNotAFile;
+    return status.st_size > static_cast<off_t>(kMaxPropertyListSize) ? FileProblem::kTooLong
+                                                                     : FileProblem::kNone;
 }
 
 } // namespace
@@ -113,29 +147,18 @@ void extractLists(const PropertyListDocument& document, StoredLists& lists)
         extractList(document.root()[kListKeys[index]], lists[index]);
 }
 
-void readRecord(const StoredList& stored, int slot, ProfileRecord& record)
+void readList(const StoredList& stored, ProfileList& list, bool cannotBeWalked)
 {
-    ProfileRecord from = stored.list.records[slot];
-    if (stored.fields[slot] == kAllFields) {
-        from.TableColumn7 = record.TableColumn7;
-        record = from;
-        return;
-    }
-    for (int i = 0; i < kStoredFields; ++i) {
-        StoredField field = static_cast<StoredField>(i);
-        if ((stored.fields[slot] & (1 << i)) == 0)
+    ProfileRecord* record = list.records;
+    for (int slot = 0; slot < kProfileSlots; ++slot) {
+        int32_t code = stored.list.records[slot].InMenu;
+        if (cannotBeWalked && code == kFoundHidden)
             continue;
-        if (field < kFirstNameField)
-            integerField(record, field) = integerField(from, field);
-        else
-            memcpy(nameField(record, field), nameField(from, field), kProfileNameSize);
+        readRecord(stored, slot, *record);
+        if (cannotBeWalked && code == kFoundListed)
+            record->InMenu = kByHandListed;
+        ++record;
     }
-}
-
-void readList(const StoredList& stored, ProfileList& list)
-{
-    for (int slot = 0; slot < kProfileSlots; ++slot)
-        readRecord(stored, slot, list.records[slot]);
     if (stored.hasCount)
         list.iNum = stored.list.iNum;
     VelPlistCheckWithInMenu_Dict(&list);
@@ -174,4 +197,68 @@ bool isListFileText(std::string text)
     std::optional<PropertyListDocument> document = PropertyListDocument::parse(std::move(text));
     return document && std::all_of(std::begin(kListKeys), std::end(kListKeys),
                                    [&](const char* key) { return isComplete(document->root()[key]); });
+}
+
+FileVersion versionOf(const std::string& path)
+{
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0)
+        return {};
+    return {status.st_dev,
+            status.st_ino,
+            status.st_size,
+            {status.st_mtim.tv_sec, status.st_mtim.tv_nsec},
+            {status.st_ctim.tv_sec, status.st_ctim.tv_nsec}};
+}
+
+FileProblem readListFile(const std::string& path, std::string& text)
+{
+    struct stat status;
+    // Asked before opening, since opening alone can set a device going; and again of what was opened.
+    if (stat(path.c_str(), &status) != 0)
+        return errno == ENOENT || errno == ENOTDIR ? FileProblem::kMissing : FileProblem::kUnreadable;
+    if (FileProblem problem = checkStatus(status); problem != FileProblem::kNone)
+        return problem;
+    int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    FILE* file = descriptor >= 0 ? fdopen(descriptor, "r") : nullptr;
+    if (file == nullptr)
+        return FileProblem::kUnreadable;
+    FileProblem problem = fstat(descriptor, &status) == 0 ? checkStatus(status) : FileProblem::kUnreadable;
+    if (problem == FileProblem::kNone) {
+        // One byte more than expected: a file that grew meanwhile is noticed.
+        text.resize(static_cast<size_t>(status.st_size) + 1);
+        text.resize(fread(text.data(), 1, text.size(), file));
+        if (ferror(file) != 0 || text.size() > static_cast<size_t>(status.st_size))
+            problem = FileProblem::kUnreadable;
+    }
+    fclose(file);
+    return problem;
+}
+
+const StoredLists* currentLists()
+{
+    static struct {
+        std::string path; ///< empty: nothing to remember
+        FileVersion version;
+        bool parsed;
+        StoredLists lists;
+    } last;
+    std::string path = currentListPath();
+    // Asked before reading: what is changed from now on gets another time.
+    FileVersion version = versionOf(path);
+    if (last.path != path || last.version != version) {
+        bool settled = isSettled(version);
+        last.path.clear();
+        std::string text;
+        if (readListFile(path, text) != FileProblem::kNone)
+            return nullptr;
+        std::optional<PropertyListDocument> document = PropertyListDocument::parse(std::move(text));
+        last.parsed = document.has_value();
+        if (document)
+            extractLists(*document, last.lists);
+        last.version = version;
+        if (settled)
+            last.path = path;
+    }
+    return last.parsed ? &last.lists : nullptr;
 }

@@ -3,8 +3,10 @@
 #include "profiles/ProfileRecord.h"
 #include "profiles/PropertyList.h"
 
-#include <array>
+#include <ctime>
 #include <string>
+#include <sys/types.h>
+#include <utility>
 
 // The list file: its layout, safe reading, and the text that is written. Nothing here writes a file.
 
@@ -40,15 +42,25 @@ using StoredLists = std::array<StoredList, kProfileListCount>;
 /// The lists in a parsed file.
 void extractLists(const PropertyListDocument& document, StoredLists& lists);
 
+/// What tells one version of a file from another; all zero when there is no file.
+struct FileVersion {
+    using Time = std::pair<time_t, long>;
+    dev_t device{};
+    ino_t inode{};
+    off_t size{};
+    Time modified, changed;
+    bool operator==(const FileVersion&) const = default;
+};
+FileVersion versionOf(const std::string& path);
+
 /// The lists in the current user's file. Null when it cannot be read or parsed. The result stays valid
 /// until the next call. The file is parsed once, until `stat` says that it is another one or was changed.
 const StoredLists* currentLists();
 
-/// Reads the fields that `stored` has into slot `slot` of a list; leaves the others as they are.
-void readRecord(const StoredList& stored, int slot, ProfileRecord& record);
-
-/// Reads a whole list: the fields and the count that `stored` has, then the consistency rule.
-void readList(const StoredList& stored, ProfileList& list);
+/// Reads a whole list: the fields and the count that `stored` has, the others left as they are, then the
+/// consistency rule. For a queue that cannot be walked, records with InMenu 2 are left out and 4 is read
+/// as 6.
+void readList(const StoredList& stored, ProfileList& list, bool cannotBeWalked = false);
 
 /// The consistency rule, run after every read: when the count differs from the number of used records, it
 /// becomes that number and every record from there on is cleared. Used records behind a hole are lost then;

@@ -3,16 +3,24 @@
 #include "profiles/DriverPaths.h"
 #include "profiles/HelperChannel.h"
 #include "profiles/ProfileEdits.h"
-#include "profiles/ProfileListDictionaries.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileName.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
 
 namespace {
 
 constexpr int32_t kSuccess = 0, kFailure = -1;
+
+/// As "kept by cleaning": the printer's row is not known any more.
+constexpr int32_t kKeptIndexOnDevice = 501;
+
+bool hasFileName(const ProfileRecord& record)
+{
+    return record.FileName[0] != '\0';
+}
 
 bool isListIndex(int32_t index)
 {
@@ -70,18 +78,7 @@ int32_t VelPListReadProfile_Dict_Pap(ProfileList* list, int32_t index)
     const StoredList* stored = storedList(index);
     if (stored == nullptr)
         return kFailure;
-    int out = 0;
-    for (int slot = 0; slot < kProfileSlots; ++slot) {
-        if (stored->list.records[slot].InMenu == kFoundHidden)
-            continue;
-        ProfileRecord& record = list->records[out++];
-        readRecord(*stored, slot, record);
-        if (stored->list.records[slot].InMenu == kFoundListed)
-            record.InMenu = kByHandListed;
-    }
-    if (stored->hasCount)
-        list->iNum = stored->list.iNum;
-    VelPlistCheckWithInMenu_Dict(list);
+    readList(*stored, *list, true);
     return kSuccess;
 }
 
@@ -95,16 +92,16 @@ int32_t VelPListWriteProfile_Dict(const ProfileList* list, int32_t index, Profil
 {
     if (!isListIndex(index))
         return kFailure;
-    ProfileList stored[kProfileListCount] = {};
+    auto lists = std::make_unique<ProfileLists>();
+    auto& [storedRgb, storedSim, storedDst] = *lists;
     ProfileList* outs[kProfileListCount] = {rgb, sim, dst};
-    (void)VelPListReadProfile_All(&stored[kRgbList], &stored[kSimList], &stored[kDstList]); // none yet: empty
-    const ProfileList* written[kProfileListCount];
+    (void)VelPListReadProfile_All(&storedRgb, &storedSim, &storedDst); // none yet: empty
     for (int i = 0; i < kProfileListCount; ++i) {
         if (outs[i] != nullptr)
-            *outs[i] = stored[i];
-        written[i] = i == index ? list : &stored[i];
+            *outs[i] = (*lists)[i];
     }
-    int32_t result = VelPListWriteProfile_All(written[kRgbList], written[kSimList], written[kDstList]);
+    (*lists)[index] = *list;
+    int32_t result = VelPListWriteProfile_All(&storedRgb, &storedSim, &storedDst);
     if (outs[index] != nullptr)
         *outs[index] = *list;
     return result;
@@ -116,10 +113,11 @@ int32_t VelPListWriteProfile_All_Pap(const ProfileList* rgb, const ProfileList* 
 {
     if (VelPListIsAdminProfile() == 0)
         return kFailure;
-    ProfileList out[kProfileListCount] = {};
-    VelPListMappingProfile_All_Pap(rgb, sim, dst, &out[kRgbList], &out[kSimList], &out[kDstList], deletedRgb,
-                                   deletedSim, deletedDst);
-    return writeLists(out[kRgbList], out[kSimList], out[kDstList]);
+    auto merged = std::make_unique<ProfileLists>();
+    auto& [outRgb, outSim, outDst] = *merged;
+    VelPListMappingProfile_All_Pap(rgb, sim, dst, &outRgb, &outSim, &outDst, deletedRgb, deletedSim,
+                                   deletedDst);
+    return writeLists(outRgb, outSim, outDst);
 }
 
 int32_t VelPListMappingProfile_All_Pap(const ProfileList* newRgb, const ProfileList* newSim,
@@ -127,11 +125,12 @@ int32_t VelPListMappingProfile_All_Pap(const ProfileList* newRgb, const ProfileL
                                        ProfileList* outDst, const ProfileList* deletedRgb,
                                        const ProfileList* deletedSim, const ProfileList* deletedDst)
 {
-    ProfileList old[kProfileListCount] = {};
-    (void)VelPListReadProfile_All(&old[kRgbList], &old[kSimList], &old[kDstList]); // none yet: empty
-    VelPListMapping_Pap(newRgb, &old[kRgbList], outRgb, deletedRgb);
-    VelPListMapping_Pap(newSim, &old[kSimList], outSim, deletedSim);
-    VelPListMapping_Pap(newDst, &old[kDstList], outDst, deletedDst);
+    auto old = std::make_unique<ProfileLists>();
+    auto& [oldRgb, oldSim, oldDst] = *old;
+    (void)VelPListReadProfile_All(&oldRgb, &oldSim, &oldDst); // none yet: empty
+    VelPListMapping_Pap(newRgb, &oldRgb, outRgb, deletedRgb);
+    VelPListMapping_Pap(newSim, &oldSim, outSim, deletedSim);
+    VelPListMapping_Pap(newDst, &oldDst, outDst, deletedDst);
     return kSuccess;
 }
 
@@ -179,6 +178,48 @@ int32_t VelPListRemove(int32_t which)
         return 0;
     std::string path = which == kPreviousCopy ? previousListPath() : currentListPath();
     return VelPListIsAdminProfile() != 0 && helperConfirms({"velPListRemove_XPC", path}) ? 1 : 0;
+}
+
+void VelPListCleanProfile_Dict(ProfileList* list)
+{
+    for (ProfileRecord& record : list->records) {
+        if (record.IndexOnDevice != 0 || !hasFileName(record))
+            continue;
+        if (record.InMenu == kGoneListed || record.InMenu == kFoundListed) {
+            record.IndexOnDevice = kKeptIndexOnDevice;
+            record.InMenu = kGoneListed;
+        } else {
+            record = {};
+            --list->iNum;
+        }
+    }
+}
+
+void VelPListSalvage_Dict(ProfileList* list)
+{
+    for (ProfileRecord& record : list->records) {
+        if (record.IndexOnDevice != 0 && hasFileName(record) && record.InMenu == kGoneListed)
+            record.InMenu = kByHandListed;
+    }
+}
+
+void VelPListPaddingProfile_Dict(ProfileList* list)
+{
+    ProfileRecord* end = list->records + kProfileSlots;
+    ProfileRecord* used = list->records;
+    for (ProfileRecord* hole = list->records; hole != end; ++hole) {
+        if (hole->InMenu != kFreeSlot)
+            continue;
+        used = std::find_if(std::max(used, hole + 1), end,
+                            [](const ProfileRecord& record) { return record.InMenu != kFreeSlot; });
+        if (used == end)
+            return;
+        *hole = *used;
+        // The freed slot keeps its ProfileClass: that is how the file has always looked.
+        int32_t profileClass = used->ProfileClass;
+        *used = {};
+        used->ProfileClass = profileClass;
+    }
 }
 
 int32_t VelPListMappingGetMainDict_FromPlist(PropertyListDocument* rgb, PropertyListDocument* sim,

@@ -4,6 +4,9 @@
 
 #include <cstdint>
 
+class PropertyListDocument;
+class PropertyListNode;
+
 // Reading happens in the calling process; every change goes through the privileged helper, after it has
 // confirmed that the user may maintain the lists. All calls block; none throws; one thread at a time.
 // Lists are caller-owned and zeroed by the caller before a read. Unless said otherwise the result is 0 for
@@ -60,6 +63,18 @@ int32_t VelPListRemove(int32_t which);
 void VelPListCleanProfile_Dict(ProfileList* list);
 void VelPListSalvage_Dict(ProfileList* list);
 void VelPListPaddingProfile_Dict(ProfileList* list);
+
+/// Independent copies of the three class dictionaries in the current user's file; the caller owns them.
+/// -1 when the file cannot be read, or at the first class that is absent: what was handed out before stays.
+int32_t VelPListMappingGetMainDict_FromPlist(PropertyListDocument* rgb, PropertyListDocument* sim,
+                                             PropertyListDocument* dst);
+
+/// The six field dictionaries of a class dictionary, borrowed from its document. -1 at the first that is
+/// absent. `iNum` is only written when the dictionary has a count, and may lack it.
+int32_t VelPListMappingGetSubDict(PropertyListNode classDictionary, PropertyListNode* indexOnDevice,
+                                  PropertyListNode* inMenu, PropertyListNode* profileClass,
+                                  PropertyListNode* location, PropertyListNode* fileName,
+                                  PropertyListNode* profileName, int32_t* iNum);
 
 /// A debug hook; does nothing.
 void MyDebugMessage(const char* text, int32_t value);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 /// Slots of a profile list, used or free.
@@ -30,6 +31,7 @@ static_assert(sizeof(ProfileList) == 42004);
 
 /// The three lists, which are always handled in this order.
 enum ProfileListIndex : int32_t { kRgbList = 0, kSimList = 1, kDstList = 2, kProfileListCount = 3 };
+using ProfileLists = std::array<ProfileList, kProfileListCount>;
 
 /// ProfileRecord::InMenu. "Listed" profiles appear in the panel's menus.
 enum InMenuCode : int32_t {

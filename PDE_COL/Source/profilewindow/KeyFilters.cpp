@@ -1,6 +1,6 @@
 #include "profilewindow/KeyFilters.h"
 
-#include "profiles/FileNameCharacter.h"
+#include "profiles/ProfileName.h"
 
 #include <algorithm>
 
@@ -9,8 +9,6 @@ namespace {
 /// Accepted by the two ASCII filters although no typed character has this code; their callers may count on
 /// it.
 constexpr int32_t kAlwaysAccepted = -128;
-
-constexpr size_t kLongestBrowsedName = 31;
 
 bool within(int32_t code, int32_t first, int32_t last)
 {
@@ -87,6 +85,6 @@ bool isBrowsedNameAccepted(const std::u16string& name)
 {
     std::u16string filtered = name;
     CheckUniCharString(name.data(), name.size(), kInputFileName, filtered);
-    return name.size() <= kLongestBrowsedName && filtered == name &&
+    return name.size() <= kLongestTypedName && filtered == name &&
            std::count(name.begin(), name.end(), u'.') <= 1;
 }

@@ -2,6 +2,7 @@
 
 #include "profiles/DriverPaths.h"
 #include "profiles/ProfileEdits.h"
+#include "profiles/ProfileName.h"
 #include "profilewindow/KeyFilters.h"
 
 @implementation ProfileControl (Editing)
@@ -67,7 +68,7 @@
 - (ProfileRecord*)editedRecordOf:(ProfileList*)list
 {
     if (buttonIdentify == kAdding)
-        return addByHand(*list);
+        return addByHand(*list, recordByHand(kOnDisk));
     ProfileRecord* record = [self selectedRecord];
     if (record != nullptr && [self usesPapLists])
         appendCopy(*[self currentDeleteDict], *record);
@@ -95,16 +96,16 @@
         return;
     SInt32 location = [_locationMenu indexOfSelectedItem] != 0 ? kOnCard : kOnDisk;
     long edited = buttonIdentify == kEditing ? [_profileTableView selectedRow] : -1;
-    if (rowWithFile(*list, fileName, location, edited) >= 0)
+    if (hasRowWithFile(*list, fileName, location, edited))
         return;
     ProfileRecord* record = [self editedRecordOf:list];
     if (record == nullptr)
         return;
     if (buttonIdentify == kAdding || !isCustom(*record)) {
-        setNameField(record->FileName, fileName);
+        setNameText(record->FileName, fileName, kProfileNameSize);
         record->Location = location;
     }
-    setNameField(record->ProfileName, profileName);
+    setNameText(record->ProfileName, profileName, kProfileNameSize);
     [self endEdit];
 }
 

@@ -2,6 +2,7 @@
 
 #include "discovery/ProtocolCode.h"
 #include "profiles/DriverPaths.h"
+#include "profiles/PDECommon+Profiles.h"
 #include "profiles/ProfileEdits.h"
 
 namespace {
@@ -25,18 +26,6 @@ NSImage* fileExistsImage()
     return list == nullptr ? 0 : usedSlots(*list);
 }
 
-- (NSString*)textOfLocation:(SInt32)location
-{
-    switch (location) {
-    case kOnDisk:
-        return [self localizedTitle:@"Disk"];
-    case kOnCard:
-        return [self localizedTitle:@"Card"];
-    default:
-        return @"";
-    }
-}
-
 - (id)tableView:(NSTableView*)tableView
     objectValueForTableColumn:(NSTableColumn*)tableColumn
                           row:(NSInteger)row
@@ -56,7 +45,7 @@ NSImage* fileExistsImage()
     if ([column isEqualToString:@"profilename"])
         return [self textOfName:record->ProfileName];
     if ([column isEqualToString:@"location"])
-        return [self textOfLocation:record->Location];
+        return locationWord(record->Location);
     if ([column isEqualToString:@"inmenu"])
         return [NSNumber numberWithInt:isListed(*record)];
     return nil;

@@ -8,12 +8,12 @@
 #include "profilewindow/IconedCell.h"
 #include "profilewindow/KeyFilters.h"
 #include "profiles/ProfileEdits.h"
+#include "profiles/ProfileName.h"
 
 #include <cstring>
 
 namespace {
 
-constexpr SInt32 kLongestFileName = 31, kLongestExtension = 3, kLongestProfileName = 30;
 constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
 
 } // namespace
@@ -102,10 +102,10 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
     [_profileMenu selectItemAtIndex:kRgbList];
     [self vProfileSettingsClearEditText];
 
-    [_fileNameEdit setMaxLength:kLongestFileName extension:kLongestExtension];
+    [_fileNameEdit setMaxLength:kLongestTypedName extension:kLongestTypedExtension];
     [_fileNameEdit setInputKey:kInputFileName];
     [_fileNameEdit setOperateControl:_localOK];
-    [_profileNameEdit setMaxLength:kLongestProfileName extension:0];
+    [_profileNameEdit setMaxLength:kLongestTypedProfileName extension:0];
     [_profileNameEdit setInputKey:kInputAscii];
 
     [self vHandlingButtonSetDisable:YES edit:NO delete:NO];
