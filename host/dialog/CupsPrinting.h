@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -28,9 +27,8 @@ struct JobResult {
     std::string error; ///< the server's, or which file cannot be read
 };
 
-/// Sends the job, telling `progress` how many percent of its bytes are written. A job of which a part cannot
-/// be sent is cancelled.
-JobResult submitJob(const PrintJob& job, const std::function<void(int percent)>& progress);
+/// Sends the job; one of which a part cannot be sent is cancelled.
+JobResult submitJob(const PrintJob& job);
 
 struct JobState {
     std::string text; ///< "waiting", "printing", "finished", ...

@@ -183,7 +183,7 @@ static NSString* const kDeletePreset = @"Delete Preset";
     } else {
         NSString* title = [NSString stringWithFormat:@"%@ on %@", [self jobTitle], stringOf(queue_)];
         PrintProgress* progress = [[[PrintProgress alloc] initWithQueue:queue_ title:title] autorelease];
-        result = [self submitJobWithProgress:[progress](int percent) { [progress showPercent:percent]; }];
+        result = [self submitJob];
         if (result.id > 0)
             [progress followJob:result.id];
     }

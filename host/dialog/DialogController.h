@@ -54,7 +54,7 @@
 /// What the dialog says to the panel before printing; the panel is then closed.
 - (void)finishPanelForPrinting;
 /// Submits the job. For a printer that is only a PPD nothing is sent: job 0 and no error.
-- (JobResult)submitJobWithProgress:(const std::function<void(int percent)>&)progress;
+- (JobResult)submitJob;
 
 /// The window that a person has in front.
 - (NSWindow*)frontWindow;

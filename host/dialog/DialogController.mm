@@ -239,12 +239,11 @@ static NSString* printerError(const Options& options, NSString* reason)
     [self terminatePanel];
 }
 
-- (JobResult)submitJobWithProgress:(const std::function<void(int percent)>&)progress
+- (JobResult)submitJob
 {
     if (queue_.empty())
         return {};
-    PrintJob job{queue_, textOf([self jobTitle]), options_.files, [self jobOptions]};
-    return submitJob(job, progress);
+    return submitJob({queue_, textOf([self jobTitle]), options_.files, [self jobOptions]});
 }
 
 - (NSWindow*)frontWindow

@@ -15,8 +15,6 @@
     int job_;
 }
 - (instancetype)initWithQueue:(const std::string&)queue title:(NSString*)title;
-/// To be called while the job's data go out.
-- (void)showPercent:(int)percent;
 /// Shows the job's number and state until the user closes the window.
 - (void)followJob:(int)job;
 @end

@@ -36,13 +36,6 @@ static const NSTimeInterval kStateInterval = 1.0;
     [super dealloc];
 }
 
-- (void)showPercent:(int)percent
-{
-    [bar_ setDoubleValue:percent];
-    [text_ setStringValue:[NSString stringWithFormat:@"Sending: %d %%", percent]];
-    [window_ display];
-}
-
 - (void)showState:(NSTimer*)timer
 {
     JobState state = jobState(queue_, job_);

@@ -28,5 +28,5 @@ std::string shownView(id<PDEPanelProtocol> panel);
 
 std::string chooseItem(id control, int index);
 std::string setCheckBox(id control, int state);
-std::string pressButton(id control);
+std::string pressButton(id control, int ignored);
 std::string selectTab(id control, int index);

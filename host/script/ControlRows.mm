@@ -110,7 +110,7 @@ std::string setCheckBox(id control, int state)
     return "";
 }
 
-std::string pressButton(id control)
+std::string pressButton(id control, int)
 {
     if (![control isKindOfClass:[NSButton class]] || [control isKindOfClass:[NSPopUpButton class]])
         return "not a button";

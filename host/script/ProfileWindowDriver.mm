@@ -111,16 +111,11 @@ std::string tickProfileRow(id<PDEPanelProtocol> panel, int row)
 {
     NSTableView* table = profileTable(panel);
     NSTableColumn* column = [table tableColumnWithIdentifier:@"inmenu"];
-    if (row < 0 || row >= [table numberOfRows])
-        return "no such row";
-    if (column == nil)
-        return "there is no check box column";
-    id delegate = [table delegate];
-    BOOL refused = [delegate respondsToSelector:@selector(selectionShouldChangeInTableView:)] &&
-                   ![delegate selectionShouldChangeInTableView:table];
-    if (refused)
-        return "";
+    if (row < 0 || column == nil)
+        return "no such check box";
     std::string reason = selectProfileRow(panel, row);
+    if (!reason.empty() || [table selectedRow] != row)
+        return reason;
     id source = [table dataSource];
     BOOL ticked = [[source tableView:table objectValueForTableColumn:column row:row] boolValue];
     [source tableView:table
@@ -128,7 +123,7 @@ std::string tickProfileRow(id<PDEPanelProtocol> panel, int row)
         forTableColumn:column
                    row:row];
     [table setNeedsDisplay:YES];
-    return reason;
+    return "";
 }
 
 std::string typeInto(id<PDEPanelProtocol> panel, const std::string& field, NSString* text)

@@ -3,14 +3,21 @@
 #include "ControlRows.h"
 #include "Outlets.h"
 #include "ProfileWindowDriver.h"
-#include "Screenshot.h"
 
 #include <charconv>
 #include <cmath>
-#include <iterator>
 #include <optional>
 
 namespace {
+
+/// A line that is carried out.
+struct Line {
+    DialogController* dialog;
+    id<PDEPanelProtocol> panel; ///< nil while none is open
+    std::string field;          ///< the first word after the command, where the command takes one
+    std::string text;           ///< what follows
+    int number;                 ///< the same as a number, where the command takes one
+};
 
 /// The first word of `text`, which is cut to what follows the blank after it.
 std::string takeWord(std::string& text)
@@ -35,83 +42,80 @@ void load(id<PDEPanelProtocol> panel)
         [panel supportedPPDOptionKeys];
 }
 
-Json rowAnswer(DialogController* dialog, const std::string& field)
+Json result(Json value)
 {
-    std::optional<ControlRow> row = controlRow([dialog panel], field);
+    return {{"result", value}};
+}
+
+Json rowAnswer(id<PDEPanelProtocol> panel, const std::string& field)
+{
+    std::optional<ControlRow> row = controlRow(panel, field);
     return row ? reportOf(*row) : errorAnswer("there is no control " + field);
 }
 
-// Lines without a panel
-
-Json open(DialogController* dialog, std::string)
+Json open(const Line& line)
 {
-    NSUInteger count = [dialog openPanel];
-    id<PDEPanelProtocol> panel = [dialog panel];
+    NSUInteger count = [line.dialog openPanel];
+    id<PDEPanelProtocol> panel = [line.dialog panel];
     return {{"panels", count}, {"kind", jsonOf([panel panelKind])}, {"name", jsonOf([panel panelName])}};
 }
 
-Json panels(DialogController* dialog, std::string type)
+Json panels(const Line& line)
 {
-    id<PDEPlugInProtocol> principal = [[dialog plugIn] principal];
-    PanelSession* host = [[[PanelSession alloc] initWithPlugIn:nil settings:[dialog settings]
+    id<PDEPlugInProtocol> principal = [[line.dialog plugIn] principal];
+    PanelSession* host = [[[PanelSession alloc] initWithPlugIn:nil
+                                                      settings:[line.dialog settings]
                                                        printer:nil] autorelease];
-    NSArray* panels = [principal PDEPanelsForType:stringOf(type) withHostInfo:host];
-    [[panels objectEnumerator] nextObject];
+    NSArray* panels = [principal PDEPanelsForType:stringOf(line.text) withHostInfo:host];
     for (id<PDEPanelProtocol> panel in panels)
         [panel terminate];
     return {{"panels", panels != nil ? Json([panels count]) : Json(nullptr)}};
 }
 
-Json settings(DialogController* dialog, std::string)
+Json settings(const Line& line)
 {
-    return {{"settings", jsonOf([[dialog settings] values])}};
+    return {{"settings", jsonOf([[line.dialog settings] values])}};
 }
 
-Json loadFile(DialogController* dialog, std::string file)
+Json loadFile(const Line& line)
 {
     NSString* reason = nil;
-    if (![dialog loadSettings:stringOf(file) error:&reason])
-        return errorAnswer(textOf(reason));
-    return settings(dialog, "");
+    return [line.dialog loadSettings:stringOf(line.text) error:&reason] ? settings(line)
+                                                                        : errorAnswer(textOf(reason));
 }
 
-Json job(DialogController* dialog, std::string)
+/// The frontmost window, drawn and written as PNG.
+Json screenshot(const Line& line)
 {
-    return {{"options", [dialog jobOptions]}};
+    [line.dialog showSomePage];
+    NSWindow* window = [line.dialog frontWindow];
+    NSView* content = [window contentView];
+    [window orderFrontRegardless];
+    [window display];
+    NSData* png = nil;
+    if ([content canDraw]) {
+        [content lockFocus];
+        NSBitmapImageRep* image =
+            [[[NSBitmapImageRep alloc] initWithFocusedViewRect:[content bounds]] autorelease];
+        [content unlockFocus];
+        png = [image representationUsingType:NSPNGFileType properties:[NSDictionary dictionary]];
+    }
+    if (![png writeToFile:stringOf(line.text) atomically:YES])
+        return errorAnswer(line.text + ": the picture cannot be taken or written");
+    return {{"screenshot", line.text}};
 }
 
-Json screenshot(DialogController* dialog, std::string file)
+Json page(const Line& line)
 {
-    [dialog showSomePage];
-    if (!writeScreenshot([dialog frontWindow], stringOf(file)))
-        return errorAnswer(file + ": the picture cannot be taken or written");
-    return {{"screenshot", file}};
-}
-
-Json page(DialogController* dialog, std::string name)
-{
-    if (name != "panel" && name != "summary")
+    if (line.text != "panel" && line.text != "summary")
         return errorAnswer("page panel or page summary");
-    [dialog showPageAtIndex:name == "summary" ? 1 : 0];
-    return {{"page", name}};
+    [line.dialog showPageAtIndex:line.text == "summary" ? 1 : 0];
+    return {{"page", line.text}};
 }
 
-Json answerBrowse(DialogController*, std::string path)
+Json view(const Line& line)
 {
-    answerNextOpenPanel(path);
-    return {{"result", true}};
-}
-
-// Lines for the open panel
-
-Json keys(DialogController* dialog, std::string)
-{
-    return {{"keys", jsonOf([[dialog panel] supportedPPDOptionKeys])}};
-}
-
-Json view(DialogController* dialog, std::string)
-{
-    NSView* view = [dialog showPanelView];
+    NSView* view = [line.dialog showPanelView];
     if (view == nil)
         return errorAnswer("the panel has no view");
     NSSize size = [view frame].size;
@@ -120,217 +124,214 @@ Json view(DialogController* dialog, std::string)
             {"height", std::lround(size.height)}};
 }
 
-Json willShow(DialogController* dialog, std::string)
+Json summary(const Line& line)
 {
-    [[dialog panel] willShow];
-    return {{"result", nullptr}};
-}
-
-Json shouldHide(DialogController* dialog, std::string)
-{
-    return {{"result", [[dialog panel] shouldHide] != 0}};
-}
-
-Json restore(DialogController* dialog, std::string)
-{
-    return {{"result", [[dialog panel] restoreValuesAndReturnError:nullptr] != 0}};
-}
-
-Json save(DialogController* dialog, std::string)
-{
-    return {{"result", [[dialog panel] saveValuesAndReturnError:nullptr] != 0}};
-}
-
-Json shouldPrint(DialogController* dialog, std::string)
-{
-    return {{"result", [[dialog panel] shouldPrint] != 0}};
-}
-
-Json terminate(DialogController* dialog, std::string)
-{
-    [dialog terminatePanel];
-    return {{"result", nullptr}};
-}
-
-Json summary(DialogController* dialog, std::string)
-{
-    NSMutableDictionary* values = [[[[dialog panel] summaryInfo] mutableCopy] autorelease];
+    NSMutableDictionary* values = [[[line.panel summaryInfo] mutableCopy] autorelease];
     Json order = jsonOf([values objectForKey:@"Summary Display Order"]);
     [values removeObjectForKey:@"Summary Display Order"];
     return {{"order", order}, {"values", jsonOf(values)}};
 }
 
-Json shown(DialogController* dialog, std::string)
+Json shown(const Line& line)
 {
-    std::string name = shownView([dialog panel]);
+    std::string name = shownView(line.panel);
     return {{"shown", name.empty() ? Json(nullptr) : Json(name)}};
 }
 
-Json controls(DialogController* dialog, std::string)
+Json controls(const Line& line)
 {
-    load([dialog panel]);
+    load(line.panel);
     Json rows = Json::array();
-    for (const ControlRow& row : controlRows([dialog panel]))
+    for (const ControlRow& row : controlRows(line.panel))
         rows.push_back(reportOf(row));
     return {{"controls", rows}};
 }
 
-Json print(DialogController* dialog, std::string)
+Json print(const Line& line)
 {
-    [dialog finishPanelForPrinting];
-    JobResult result = [dialog submitJobWithProgress:[](int) {}];
+    [line.dialog finishPanelForPrinting];
+    JobResult result = [line.dialog submitJob];
     if (!result.error.empty())
         return errorAnswer(result.error);
     return {{"job", result.id > 0 ? Json(result.id) : Json(nullptr)}};
 }
 
 /// `act` on the control of a view's row.
-template <typename Act>
-Json withControl(DialogController* dialog, const std::string& field, Act act)
+Json withControl(const Line& line, std::string (*act)(id control, int number))
 {
-    load([dialog panel]);
-    std::optional<ControlRow> row = controlRow([dialog panel], field);
-    if (!row)
-        return errorAnswer("there is no control " + field);
-    std::string reason = act(row->item->control);
-    return reason.empty() ? rowAnswer(dialog, field) : errorAnswer(field + ": " + reason);
+    load(line.panel);
+    std::optional<ControlRow> row = controlRow(line.panel, line.field);
+    std::string reason = row ? act(row->item->control, line.number) : "";
+    return reason.empty() ? rowAnswer(line.panel, line.field) : errorAnswer(line.field + ": " + reason);
 }
 
-Json choose(DialogController* dialog, std::string argument)
+Json choose(const Line& line)
 {
-    std::string field = takeWord(argument);
-    std::optional<int> index = integerIn(argument);
-    if (!index)
-        return errorAnswer("choose FIELD INDEX");
-    return withControl(dialog, field, [&](id control) { return chooseItem(control, *index); });
+    return withControl(line, chooseItem);
 }
 
-Json check(DialogController* dialog, std::string argument)
+Json check(const Line& line)
 {
-    std::string field = takeWord(argument);
-    std::optional<int> state = integerIn(argument);
-    if (!state)
-        return errorAnswer("check FIELD 0/1");
-    return withControl(dialog, field, [&](id control) { return setCheckBox(control, *state); });
+    return withControl(line, setCheckBox);
 }
 
-Json tab(DialogController* dialog, std::string argument)
+Json tab(const Line& line)
 {
-    std::optional<int> index = integerIn(argument);
-    load([dialog panel]);
-    for (const ControlRow& row : controlRows([dialog panel]))
-        if (row.item->kind == PDEControlKindTab && index)
-            return withControl(dialog, row.field, [&](id control) { return selectTab(control, *index); });
-    return errorAnswer(index ? "there is no tab view" : "tab INDEX");
+    load(line.panel);
+    for (const ControlRow& row : controlRows(line.panel))
+        if (row.item->kind == PDEControlKindTab)
+            return withControl({line.dialog, line.panel, row.field, "", line.number}, selectTab);
+    return errorAnswer("there is no tab view");
 }
 
 // Lines for the profile window
 
-Json window(DialogController* dialog, std::string)
+Json window(const Line& line)
 {
-    return profileWindowReport([dialog panel]);
+    return profileWindowReport(line.panel);
 }
 
-Json windowAfter(DialogController* dialog, const std::string& reason)
+Json windowAfter(const Line& line, const std::string& reason)
 {
-    return reason.empty() ? profileWindowReport([dialog panel]) : errorAnswer(reason);
+    return reason.empty() ? profileWindowReport(line.panel) : errorAnswer(reason);
 }
 
-Json list(DialogController* dialog, std::string argument)
+Json list(const Line& line)
 {
-    std::optional<int> index = integerIn(argument);
-    return index ? windowAfter(dialog, chooseProfileList([dialog panel], *index)) : errorAnswer("list INDEX");
+    return windowAfter(line, chooseProfileList(line.panel, line.number));
 }
 
-Json row(DialogController* dialog, std::string argument)
+Json row(const Line& line)
 {
-    std::optional<int> index = integerIn(argument);
-    return index ? windowAfter(dialog, selectProfileRow([dialog panel], *index)) : errorAnswer("row INDEX");
+    return windowAfter(line, selectProfileRow(line.panel, line.number));
 }
 
-Json tick(DialogController* dialog, std::string argument)
+Json tick(const Line& line)
 {
-    std::optional<int> index = integerIn(argument);
-    return index ? windowAfter(dialog, tickProfileRow([dialog panel], *index)) : errorAnswer("tick ROW");
+    return windowAfter(line, tickProfileRow(line.panel, line.number));
 }
 
-Json type(DialogController* dialog, std::string argument)
+Json type(const Line& line)
 {
-    std::string field = takeWord(argument);
-    return windowAfter(dialog, typeInto([dialog panel], field, stringOf(argument)));
+    return windowAfter(line, typeInto(line.panel, line.field, stringOf(line.text)));
 }
 
-Json press(DialogController* dialog, std::string field)
+Json press(const Line& line)
 {
-    id<PDEPanelProtocol> panel = [dialog panel];
-    load(panel);
-    if (controlRow(panel, field)) {
-        if (modalWindowIsOpen())
-            return errorAnswer("a modal window is open");
-        return withControl(dialog, field, pressButton);
-    }
-    id button = profileWindowButton(panel, field);
+    load(line.panel);
+    if (controlRow(line.panel, line.field))
+        return modalWindowIsOpen() ? errorAnswer("a modal window is open") : withControl(line, pressButton);
+    id button = profileWindowButton(line.panel, line.field);
     if (button == nil)
-        return errorAnswer("there is no button " + field);
-    if (!profileWindowIsOpen(panel))
+        return errorAnswer("there is no button " + line.field);
+    if (!profileWindowIsOpen(line.panel))
         return errorAnswer("the profile window is not open");
-    return windowAfter(dialog, pressButton(button));
+    return windowAfter(line, pressButton(button, 0));
+}
+
+Json answerBrowse(const Line& line)
+{
+    answerNextOpenPanel(line.text);
+    return result(true);
+}
+
+// The calls of the panel's protocol
+
+Json keys(const Line& line)
+{
+    return {{"keys", jsonOf([line.panel supportedPPDOptionKeys])}};
+}
+
+Json willShow(const Line& line)
+{
+    [line.panel willShow];
+    return result(nullptr);
+}
+
+Json terminate(const Line& line)
+{
+    [line.dialog terminatePanel];
+    return result(nullptr);
 }
 
 enum Need { kNothing = 0, kPanel = 1, kNoModal = 2, kProfileWindow = 4, kOpenProfileWindow = 8 };
 
 struct Command {
-    const char* name;
-    Json (*run)(DialogController*, std::string argument);
+    const char* usage; ///< the name; then FIELD for a word, INDEX, ROW or 0/1 for a number, else any text
+    Json (*run)(const Line& line);
     int needs;
 };
 
+constexpr int kInProfileWindow = kPanel | kProfileWindow | kOpenProfileWindow;
+
 constexpr Command kCommands[] = {
     {"open", open, kNoModal},
-    {"panels", panels, kNothing},
+    {"panels TYPE", panels, kNothing},
     {"keys", keys, kPanel},
     {"view", view, kPanel},
     {"will-show", willShow, kPanel},
-    {"should-hide", shouldHide, kPanel},
-    {"restore", restore, kPanel},
-    {"save", save, kPanel},
-    {"should-print", shouldPrint, kPanel},
+    {"should-hide", [](const Line& l) { return result([l.panel shouldHide] != 0); }, kPanel},
+    {"restore", [](const Line& l) { return result([l.panel restoreValuesAndReturnError:nullptr] != 0); },
+     kPanel},
+    {"save", [](const Line& l) { return result([l.panel saveValuesAndReturnError:nullptr] != 0); }, kPanel},
+    {"should-print", [](const Line& l) { return result([l.panel shouldPrint] != 0); }, kPanel},
     {"terminate", terminate, kPanel | kNoModal},
     {"summary", summary, kPanel},
     {"shown", shown, kPanel},
-    {"page", page, kPanel | kNoModal},
+    {"page NAME", page, kPanel | kNoModal},
     {"controls", controls, kPanel},
-    {"choose", choose, kPanel | kNoModal},
-    {"check", check, kPanel | kNoModal},
-    {"press", press, kPanel},
-    {"tab", tab, kPanel | kNoModal},
+    {"choose FIELD INDEX", choose, kPanel | kNoModal},
+    {"check FIELD 0/1", check, kPanel | kNoModal},
+    {"press FIELD", press, kPanel},
+    {"tab INDEX", tab, kPanel | kNoModal},
     {"settings", settings, kNothing},
-    {"load", loadFile, kNothing},
-    {"job", job, kNothing},
+    {"load FILE", loadFile, kNothing},
+    {"job",
+     [](const Line& l) {
+         return Json{{"options", [l.dialog jobOptions]}};
+     },
+     kNothing},
     {"print", print, kPanel | kNoModal},
-    {"screenshot", screenshot, kNothing},
+    {"screenshot FILE", screenshot, kNothing},
     {"window", window, kPanel | kProfileWindow},
-    {"list", list, kPanel | kProfileWindow | kOpenProfileWindow},
-    {"row", row, kPanel | kProfileWindow | kOpenProfileWindow},
-    {"tick", tick, kPanel | kProfileWindow | kOpenProfileWindow},
-    {"type", type, kPanel | kProfileWindow | kOpenProfileWindow},
-    {"browse-answer", answerBrowse, kNothing},
+    {"list INDEX", list, kInProfileWindow},
+    {"row INDEX", row, kInProfileWindow},
+    {"tick ROW", tick, kInProfileWindow},
+    {"type FIELD TEXT", type, kInProfileWindow},
+    {"browse-answer PATH", answerBrowse, kNothing},
 };
 
-std::string unmetNeed(DialogController* dialog, int needs)
+std::string unmetNeed(id<PDEPanelProtocol> panel, int needs)
 {
-    if ((needs & kPanel) != 0 && [dialog panel] == nil)
+    if ((needs & kPanel) != 0 && panel == nil)
         return "no panel is open";
     if ((needs & kNoModal) != 0 && modalWindowIsOpen())
         return "a modal window is open";
     if ((needs & kProfileWindow) != 0) {
-        load([dialog panel]);
-        if (!hasProfileWindow([dialog panel]))
+        load(panel);
+        if (!hasProfileWindow(panel))
             return "there is no profile window";
     }
-    if ((needs & kOpenProfileWindow) != 0 && !profileWindowIsOpen([dialog panel]))
+    if ((needs & kOpenProfileWindow) != 0 && !profileWindowIsOpen(panel))
         return "the profile window is not open";
     return "";
+}
+
+Json carryOut(const Command& command, DialogController* dialog, std::string argument)
+{
+    Line line = {dialog, [dialog panel], "", "", 0};
+    std::string usage = command.usage;
+    if (usage.find("FIELD") != std::string::npos)
+        line.field = takeWord(argument);
+    line.text = argument;
+    std::string reason = unmetNeed(line.panel, command.needs);
+    if (usage.ends_with("INDEX") || usage.ends_with("ROW") || usage.ends_with("0/1")) {
+        std::optional<int> number = integerIn(argument);
+        line.number = number.value_or(0);
+        if (reason.empty() && !number)
+            reason = usage;
+    }
+    return reason.empty() ? command.run(line) : errorAnswer(reason);
 }
 
 } // namespace
@@ -345,11 +346,11 @@ Json runScriptLine(DialogController* dialog, const std::string& line)
     std::string argument = line;
     std::string name = takeWord(argument);
     for (const Command& command : kCommands) {
-        if (name != command.name)
+        std::string usage = command.usage;
+        if (name != takeWord(usage))
             continue;
         @try {
-            std::string reason = unmetNeed(dialog, command.needs);
-            return reason.empty() ? command.run(dialog, argument) : errorAnswer(reason);
+            return carryOut(command, dialog, argument);
         } @catch (NSException* exception) {
             return errorAnswer(textOf([exception name]) + ": " + textOf([exception reason]));
         }
@@ -361,5 +362,5 @@ Json answerOfOpenLine(DialogController* dialog, const std::string& line)
 {
     std::string field = line;
     (void)takeWord(field); // the command
-    return rowAnswer(dialog, takeWord(field));
+    return rowAnswer([dialog panel], takeWord(field));
 }

@@ -65,17 +65,12 @@ ppd_file_t* openLocalised(const char* path)
     return ppd;
 }
 
-PMSettingsObject* settingsOf(PMPrintSettings handle)
+NSMutableDictionary* valuesOf(PMPrintSettings handle)
 {
-    return (PMSettingsObject*)(void*)handle;
+    return [(PMSettingsObject*)(void*)handle values];
 }
 
 } // namespace
-
-@interface PMSettingsObject ()
-- (id)valueForSetting:(NSString*)key;
-- (BOOL)setValue:(id)value forSetting:(NSString*)key locked:(BOOL)locked;
-@end
 
 @implementation PMSettingsObject
 
@@ -83,14 +78,12 @@ PMSettingsObject* settingsOf(PMPrintSettings handle)
 {
     self = [super init];
     values_ = [[NSMutableDictionary alloc] init];
-    lockedKeys_ = [[NSMutableSet alloc] init];
     return self;
 }
 
 - (void)dealloc
 {
     [values_ release];
-    [lockedKeys_ release];
     [super dealloc];
 }
 
@@ -126,38 +119,19 @@ PMSettingsObject* settingsOf(PMPrintSettings handle)
     return data != nil && [data writeToFile:path atomically:YES];
 }
 
-- (NSDictionary*)values
+- (NSMutableDictionary*)values
 {
-    return [NSDictionary dictionaryWithDictionary:values_];
+    return values_;
 }
 
 - (void)replaceValues:(NSDictionary*)values
 {
     [values_ setDictionary:values];
-    [lockedKeys_ removeAllObjects];
 }
 
 - (PMPrintSettings)handle
 {
     return (PMPrintSettings)(void*)self;
-}
-
-- (id)valueForSetting:(NSString*)key
-{
-    return [values_ objectForKey:key];
-}
-
-- (BOOL)setValue:(id)value forSetting:(NSString*)key locked:(BOOL)locked
-{
-    if ([lockedKeys_ containsObject:key])
-        return NO;
-    if (value == nil)
-        [values_ removeObjectForKey:key];
-    else
-        [values_ setObject:value forKey:key];
-    if (locked)
-        [lockedKeys_ addObject:key];
-    return YES;
 }
 
 @end
@@ -268,10 +242,7 @@ PMSettingsObject* settingsOf(PMPrintSettings handle)
 
 - (void)setData:(id)value forKey:(NSString*)key
 {
-    if (value == nil)
-        [data_ removeObjectForKey:key];
-    else
-        [data_ setObject:value forKey:key];
+    [data_ setValue:value forKey:key];
 }
 
 - (id)dataForKey:(NSString*)key
@@ -295,16 +266,16 @@ OSStatus PMPrintSettingsGetValue(PMPrintSettings settings, CFStringRef key, CFTy
 {
     if (settings == nullptr || key == nullptr || value == nullptr)
         return kPMInvalidParameter;
-    *value = [settingsOf(settings) valueForSetting:(NSString*)key];
+    *value = [valuesOf(settings) objectForKey:(NSString*)key];
     return *value != nullptr ? kPMNoError : kPMKeyNotFound;
 }
 
-OSStatus PMPrintSettingsSetValue(PMPrintSettings settings, CFStringRef key, CFTypeRef value, Boolean locked)
+OSStatus PMPrintSettingsSetValue(PMPrintSettings settings, CFStringRef key, CFTypeRef value, Boolean)
 {
     if (settings == nullptr || key == nullptr)
         return kPMInvalidParameter;
-    BOOL set = [settingsOf(settings) setValue:(id)value forSetting:(NSString*)key locked:locked];
-    return set ? kPMNoError : kPMGeneralError;
+    [valuesOf(settings) setValue:(id)value forKey:(NSString*)key];
+    return kPMNoError;
 }
 
 OSStatus PMSessionGetCurrentPrinter(PMPrintSession session, PMPrinter* printer)

@@ -11,16 +11,15 @@
 @interface PMSettingsObject : NSObject
 {
     NSMutableDictionary* values_;
-    NSMutableSet* lockedKeys_;
 }
 /// The values of an XML property-list file, its containers immutable as a restored preset's are. Nil, and
 /// a reason in `error`, when the file cannot be read, is over 4 MiB or does not hold a dictionary.
 + (NSDictionary*)valuesOfFile:(NSString*)path error:(NSString**)error;
 /// NO when the file cannot be written; the old file is then still there.
 - (BOOL)writeToFile:(NSString*)path;
-/// A copy of the top level; the values in it are the settings' own.
-- (NSDictionary*)values;
-/// Puts `values` in place of all entries, locked ones too. Nested containers are taken as they are.
+/// The settings' own.
+- (NSMutableDictionary*)values;
+/// Puts `values` in place of all entries. Nested containers are taken as they are.
 - (void)replaceValues:(NSDictionary*)values;
 - (PMPrintSettings)handle;
 @end
