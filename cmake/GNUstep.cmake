@@ -32,7 +32,7 @@ target_compile_options(gnustep_base INTERFACE
     "$<$<COMPILE_LANGUAGE:OBJCXX>:SHELL:-idirafter ${objc_dir}>")
 foreach(dir IN LISTS GS_INC)
     if(EXISTS ${dir})
-        target_include_directories(gnustep_base SYSTEM INTERFACE ${dir})
+        target_include_directories(gnustep_base SYSTEM INTERFACE $<$<COMPILE_LANGUAGE:OBJCXX>:${dir}>)
     endif()
 endforeach()
 target_link_libraries(gnustep_base INTERFACE ${GS_BASE})
