@@ -5,6 +5,8 @@
 #include "profiles/ProfileName.h"
 #include "profilewindow/KeyFilters.h"
 
+#import <objc/runtime.h>
+
 @implementation ProfileControl (Editing)
 
 - (IBAction)profileMenu:(id)sender
