@@ -290,7 +290,7 @@ OSStatus PMSessionGetDataFromSession(PMPrintSession session, CFStringRef key, CF
 {
     if (session == nullptr || key == nullptr || data == nullptr)
         return kPMInvalidParameter;
-    *data = [[(PMSessionObject*)(void*)session dataForKey:(NSString*)key] retain];
+    *data = [(PMSessionObject*)(void*)session dataForKey:(NSString*)key];
     return *data != nullptr ? kPMNoError : kPMKeyNotFound;
 }
 

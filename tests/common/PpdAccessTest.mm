@@ -53,7 +53,10 @@ TEST_F(PpdAccess, DecodesTextsInThePpdsEncodingAndElseAsMacRoman)
                           Case{"ISOLatin1", "\xe9", "é"}, Case{nullptr, "\x8e", "é"},
                           Case{"UTF-8", "\xff\x8e", "ˇé"}, Case{"JIS83-RKSJ", "\x93", "ì"}}) {
         file.lang_encoding = const_cast<char*>(c.encoding);
-        EXPECT_STREQ([[PDECommon textOfPPD:&file bytes:c.bytes] UTF8String], c.text);
+        EXPECT_STREQ(
+            [[PDECommon commonGetTextFromPPDBytes:c.bytes
+                                         encoding:[PDECommon commonGetEncodingFromPPD:&file]] UTF8String],
+            c.text);
     }
 }
 
@@ -70,10 +73,10 @@ TEST_F(PpdAccess, ListsChoicesInOrderWithTheirConflicts)
         @[ @"VelSimSource", @"None", @"JapanColor", @"Japan Color 2001", @"ConflictTrue" ],
     ];
     EXPECT_TRUE([(NSArray*)choices isEqual:expected]) << [[(NSArray*)choices description] UTF8String];
-    EXPECT_EQ(
-        [PDECommon commonFindPPDKeyPairsMatch:choices option:CFSTR("VelSimSource") choice:CFSTR("SWOP")], 1);
-    EXPECT_EQ(
-        [PDECommon commonFindPPDKeyPairsMatch:choices option:CFSTR("VelSimSource") choice:CFSTR("swop")], -1);
+    EXPECT_EQ([PDECommon commonFindPPDKeyPairsMatch:(NSArray*)choices option:@"VelSimSource" choice:@"SWOP"],
+              1);
+    EXPECT_EQ([PDECommon commonFindPPDKeyPairsMatch:(NSArray*)choices option:@"VelSimSource" choice:@"swop"],
+              -1);
     CFRelease(choices);
     choices = nullptr;
     EXPECT_EQ([PDECommon commonGetPPDArrayForUIOption:ppd key:"NoSuch" array:&choices], -30888);
@@ -153,5 +156,5 @@ TEST_F(PpdAccess, KeepsOneItemForEqualTitles)
     openPpd(replaced(samplePpd(), "*VelEdgeType Medium/Medium:", "*VelEdgeType Medium/Light:"));
     build({{makePopup(), PDEControlKindPopup, "VelEdgeType", nullptr, nullptr, kNoKey}});
     EXPECT_EQ([table[0].control numberOfItems], 3);
-    EXPECT_EQ(CFArrayGetCount(table[0].choices), 4);
+    EXPECT_EQ([choicesOf(table[0]) count], 4);
 }

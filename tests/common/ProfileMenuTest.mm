@@ -35,7 +35,7 @@ protected:
 
     int addProfiles() { return [PDECommon commonAddMenuFromProfilePlist:table]; }
     NSPopUpButton* popup(Row row) { return table[row].control; }
-    NSInteger choices(Row row) { return CFArrayGetCount(table[row].choices); }
+    NSInteger choices(Row row) { return (NSInteger)[choicesOf(table[row]) count]; }
 
     /// Titles behind the PPD's choices.
     std::vector<std::string> profiles(Row row)
@@ -194,17 +194,16 @@ TEST_F(ProfileMenu, StoresAnEmptyPathForAPositionWithoutAProfile)
 {
     keep({record(kFoundListed, "a.icc"), record(kFoundListed, "b.icc")});
     NSMutableDictionary* entries = [NSMutableDictionary dictionary];
-    auto dict = (CFMutableDictionaryRef)entries;
-    EXPECT_EQ([PDECommon commonSetTicketAddedProfile:&table[kSource] dict:dict select:5], 0);
+    EXPECT_EQ([PDECommon commonSetTicketAddedProfile:&table[kSource] dict:entries select:5], 0);
     EXPECT_TRUE([[entries objectForKey:@"VelImageRGBSourceCustomFilename"] isEqual:@""]);
     EXPECT_TRUE([[entries objectForKey:@"VelImageRGBSourceCustom"] isEqual:@"True"]);
-    EXPECT_EQ([PDECommon commonGetTicketAddedProfile:&table[kSource] dict:dict], 0);
-    EXPECT_EQ([PDECommon commonSetTicketAddedProfile:&table[kSource] dict:nullptr select:1], -1);
-    EXPECT_EQ([PDECommon commonSetTicketAddedProfile:&table[kHalftone] dict:dict select:1], -1);
-    EXPECT_EQ([PDECommon commonGetTicketAddedProfile:&table[kSource] dict:nullptr], -1);
-    EXPECT_EQ([PDECommon commonGetTicketAddedProfile:&table[kHalftone] dict:dict], -1);
-    EXPECT_EQ([PDECommon commonSetTicketAddedProfileFlag:&table[kHalftone] dict:dict flag:CFSTR("True")], 0);
-    EXPECT_EQ([PDECommon commonGetTicketAddedProfileFlag:&table[kHalftone] dict:dict], nullptr);
+    EXPECT_EQ([PDECommon commonGetTicketAddedProfile:&table[kSource] dict:entries], 0);
+    EXPECT_EQ([PDECommon commonSetTicketAddedProfile:&table[kSource] dict:nil select:1], -1);
+    EXPECT_EQ([PDECommon commonSetTicketAddedProfile:&table[kHalftone] dict:entries select:1], -1);
+    EXPECT_EQ([PDECommon commonGetTicketAddedProfile:&table[kSource] dict:nil], -1);
+    EXPECT_EQ([PDECommon commonGetTicketAddedProfile:&table[kHalftone] dict:entries], -1);
+    EXPECT_EQ([PDECommon commonSetTicketAddedProfileFlag:&table[kHalftone] dict:entries flag:@"True"], 0);
+    EXPECT_EQ([PDECommon commonGetTicketAddedProfileFlag:&table[kHalftone] dict:entries], nil);
     EXPECT_EQ([entries count], 3u);
 }
 
@@ -213,7 +212,7 @@ TEST_F(ProfileMenu, TakesNoStoredPathThatIsNone)
     keep({record(kFoundListed, "a.icc")});
     for (id stored in @[ @7, @[], @{}, @"x", text("\u00e9\u00e9"), text(std::string(100000, '2')), @"??" ]) {
         NSDictionary* entries = @{@"VelImageRGBSourceCustomFilename" : stored};
-        EXPECT_EQ([PDECommon commonGetTicketAddedProfile:&table[kSource] dict:(CFDictionaryRef)entries], 0)
+        EXPECT_EQ([PDECommon commonGetTicketAddedProfile:&table[kSource] dict:entries], 0)
             << [[stored description] length];
     }
 }

@@ -155,14 +155,14 @@ TEST_F(Ticket, NeedsAQueue)
 TEST_F(Ticket, ReadsSessionDataThatIsANumber)
 {
     SInt32 handle = 9;
-    EXPECT_NE([PDECommon commonGetTicket:[session handle] kind:CFSTR("key") ticket:&handle], 0);
+    EXPECT_NE([PDECommon commonGetTicket:[session handle] kind:@"key" ticket:&handle], 0);
     EXPECT_EQ(handle, 0);
     [session setData:@42 forKey:@"key"];
-    EXPECT_EQ([PDECommon commonGetTicket:[session handle] kind:CFSTR("key") ticket:&handle], 0);
+    EXPECT_EQ([PDECommon commonGetTicket:[session handle] kind:@"key" ticket:&handle], 0);
     EXPECT_EQ(handle, 42);
     for (id odd in @[ @"text", @5000000000ll, @-1.5 ]) {
         [session setData:odd forKey:@"key"];
-        EXPECT_EQ([PDECommon commonGetTicket:[session handle] kind:CFSTR("key") ticket:&handle], -30889);
+        EXPECT_EQ([PDECommon commonGetTicket:[session handle] kind:@"key" ticket:&handle], -30889);
         EXPECT_EQ(handle, 0);
     }
 }

@@ -101,7 +101,6 @@ TEST_F(PrintingTest, SessionGivesItsPrinterAndData)
     [session setData:@5 forKey:@"k"];
     EXPECT_EQ(PMSessionGetDataFromSession([session handle], CFSTR("k"), &data), kPMNoError);
     EXPECT_TRUE([(id)data isEqual:@5]);
-    [(id)data release];
     PMSessionObject* empty = [[[PMSessionObject alloc] initWithPrinter:nil] autorelease];
     EXPECT_EQ(PMSessionGetCurrentPrinter([empty handle], &current), kPMNoDefaultPrinter);
     EXPECT_EQ(PMPrinterGetID(nullptr), nullptr);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/ProfileKind.h"
+
 #import <ApplicationServices/ApplicationServices.h>
 #import <Cocoa/Cocoa.h>
 
@@ -14,24 +16,16 @@ enum : SInt32 {
     PDEControlKindTab = 1040,      ///< tab view: its labels are fixed, `title` is not shown
 };
 
-/// Which profile list adds items to a pop-up.
-enum : SInt16 {
-    kNoProfiles = 0,
-    kRgbSourceProfiles = 1,
-    kDestinationProfiles = 2,
-    kSimulationProfiles = 3,
-};
-
 /// One row of a control table: an array that ends with a record whose `control` is null and whose `kind` is
 /// PDEControlKindEnd. Strings are literals.
 struct PDEControlItem {
     id control; ///< not owned; null only in the last record
     SInt32 kind;
-    const char* ppdKey;      ///< option keyword; "" for a row without a PPD option
-    const char* title;       ///< localisation key, or null
-    const char* summaryName; ///< localisation key of the summary row; null keeps the row out
-    const char* identifier;  ///< name that the preset rules use; unique unless ""
-    SInt16 profileClass = kNoProfiles;
+    const char* ppdKey;                  ///< option keyword; "" for a row without a PPD option
+    const char* title;                   ///< localisation key, or null
+    const char* summaryName;             ///< localisation key of the summary row; null keeps the row out
+    const char* identifier;              ///< name that the preset rules use; unique unless ""
+    SInt16 profileClass = kNoProfiles;   ///< a ProfileKind
     CFMutableArrayRef choices = nullptr; ///< owned by the view's table; null when the PPD lacks the option
 };
 

@@ -4,7 +4,7 @@
 
 #include <cups/ppd.h>
 
-/// The literal that marks a row without an option or an identifier; rows are told apart by its address.
+/// Marks a row without an option or an identifier.
 inline constexpr char kNoKey[] = "";
 
 /// The record that ends every table.
@@ -21,6 +21,12 @@ inline bool hasRow(const PDEControlItem* table, SInt16 index)
 inline bool hasOption(const PDEControlItem& row)
 {
     return row.ppdKey[0] != '\0';
+}
+
+/// The choices of the row's option in the PPD's order, each an array of strings; empty without any.
+inline NSArray* choicesOf(const PDEControlItem& row)
+{
+    return (NSArray*)row.choices;
 }
 
 /// A new table with a copy of `count` rows, the end row included, and the choices of each row's option.

@@ -12,7 +12,7 @@ PDEControlItem* createControlTable(const PDEControlItem* rows, SInt16 count, ppd
         return nullptr;
     memcpy(table, rows, (size_t)count * sizeof(PDEControlItem));
     for (SInt16 i = 0; hasRow(table, i); ++i) {
-        if (table[i].ppdKey != kNoKey)
+        if (hasOption(table[i]))
             (void)[PDECommon commonGetPPDArrayForUIOption:ppd key:table[i].ppdKey array:&table[i].choices];
     }
     return table;
@@ -21,7 +21,7 @@ PDEControlItem* createControlTable(const PDEControlItem* rows, SInt16 count, ppd
 void freeControlTable(PDEControlItem* table)
 {
     for (SInt16 i = 0; hasRow(table, i); ++i) {
-        if (table[i].ppdKey != kNoKey && table[i].choices != nullptr)
+        if (hasOption(table[i]) && table[i].choices != nullptr)
             CFRelease(table[i].choices);
     }
     free(table);
@@ -30,10 +30,7 @@ void freeControlTable(PDEControlItem* table)
 void addAllKeys(NSMutableArray* array, const PDEControlItem* table)
 {
     for (SInt16 i = 0; hasRow(table, i); ++i) {
-        NSString* key = table[i].ppdKey != nullptr
-                            ? [NSString stringWithCString:table[i].ppdKey encoding:NSASCIIStringEncoding]
-                            : nil;
-        if (key != nil)
+        if (NSString* key = asciiText(table[i].ppdKey))
             [array addObject:key];
     }
 }

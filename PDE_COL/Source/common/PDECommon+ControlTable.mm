@@ -4,8 +4,8 @@
 #include "common/PDECommon+PPD.h"
 #include "common/StatusCodes.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 // Rows before the record that ends the table.
 static SInt16 rowsOf(const PDEControlItem* table)
@@ -16,7 +16,7 @@ static SInt16 rowsOf(const PDEControlItem* table)
     return rows;
 }
 
-static void setTabLabels(NSTabView* tabs, NSBundle* bundle)
+static void setTabLabels(NSTabView* tabs)
 {
     NSString* keys[] = {@"Image", @"Text", @"Graphics", @"Simulation"};
     NSString* key = nil;
@@ -24,8 +24,7 @@ static void setTabLabels(NSTabView* tabs, NSBundle* bundle)
         // A tab beyond the four shows the last of them again.
         if (i < 4)
             key = keys[i];
-        NSString* label = [bundle localizedStringForKey:key value:nil table:nil];
-        [[tabs tabViewItemAtIndex:i] setLabel:label];
+        [[tabs tabViewItemAtIndex:i] setLabel:localizedText(key)];
     }
 }
 
@@ -39,8 +38,7 @@ static void setTabLabels(NSTabView* tabs, NSBundle* bundle)
     for (SInt16 i = 0; hasRow(table, i); ++i) {
         if (!hasOption(table[i]))
             continue;
-        NSString* key = [NSString stringWithCString:table[i].ppdKey encoding:NSASCIIStringEncoding];
-        if (key != nil)
+        if (NSString* key = asciiText(table[i].ppdKey))
             [array addObject:key];
         else
             status = kStatusBadParameter;
@@ -106,11 +104,7 @@ static void setTabLabels(NSTabView* tabs, NSBundle* bundle)
 
 + (void)commonSetControlTitleFromLocalizeString:(const PDEControlItem*)item
 {
-    NSBundle* bundle = [NSBundle bundleForClass:[PDECommon class]];
-    if (bundle == nil || item == nullptr || item->title == nullptr)
-        return;
-    NSString* key = [NSString stringWithCString:item->title encoding:NSASCIIStringEncoding];
-    NSString* title = key != nil ? [bundle localizedStringForKey:key value:nil table:nil] : nil;
+    NSString* title = item != nullptr && item->title != nullptr ? localizedText(asciiText(item->title)) : nil;
     if (title == nil)
         return;
     switch (item->kind) {
@@ -123,7 +117,7 @@ static void setTabLabels(NSTabView* tabs, NSBundle* bundle)
         break;
     case PDEControlKindTab:
         // The row's own title is looked up like any other, but the tabs have labels of their own.
-        setTabLabels(item->control, bundle);
+        setTabLabels(item->control);
         break;
     default:
         break;
@@ -135,10 +129,8 @@ static void setTabLabels(NSTabView* tabs, NSBundle* bundle)
     const ppd_option_t* option = item != nullptr ? ppdFindOption(ppd, item->ppdKey) : nullptr;
     if (option == nullptr)
         return;
-    (void)[self textOfPPD:ppd bytes:option->text];
-    NSString* key = [NSString stringWithCString:item->ppdKey encoding:NSASCIIStringEncoding];
-    if (key != nil)
-        (void)[[NSBundle bundleForClass:[PDECommon class]] localizedStringForKey:key value:nil table:nil];
+    (void)[self commonGetTextFromPPDBytes:option->text encoding:[self commonGetEncodingFromPPD:ppd]];
+    (void)localizedText(asciiText(item->ppdKey));
 }
 
 + (PDEControlItem*)commonControlTableCompound:(PDEControlItem* const*)tables count:(int)count
@@ -150,12 +142,8 @@ static void setTabLabels(NSTabView* tabs, NSBundle* bundle)
     if (compound == nullptr)
         return nullptr;
     PDEControlItem* next = compound;
-    for (int i = 0; i < count; ++i) {
-        size_t n = (size_t)rowsOf(tables[i]);
-        if (n > 0)
-            memcpy(next, tables[i], n * sizeof(PDEControlItem));
-        next += n;
-    }
+    for (int i = 0; i < count; ++i)
+        next = std::copy_n(tables[i], rowsOf(tables[i]), next);
     *next = kEndRow;
     return compound;
 }

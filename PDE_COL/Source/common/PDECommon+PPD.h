@@ -24,7 +24,7 @@
 + (BOOL)commonIsPPDChoiceConflicted:(ppd_file_t*)ppd option:(const char*)option choice:(const char*)choice;
 
 /// Index of the entry with this option and choice keyword, or -1.
-+ (int)commonFindPPDKeyPairsMatch:(CFArrayRef)choices option:(CFStringRef)option choice:(CFStringRef)choice;
++ (int)commonFindPPDKeyPairsMatch:(NSArray*)choices option:(NSString*)option choice:(NSString*)choice;
 
 /// Fills the row's pop-up with the option's choices. Titles are in the PPD's language.
 + (void)commonReBuildMenuFromPPD:(ppd_file_t*)ppd table:(const PDEControlItem*)item;
@@ -47,7 +47,7 @@
 /// The name of the model dictionary in the print settings.
 + (NSString*)commonGetPPDProductName:(PMPrintSettings)settings;
 
-/// A PPD text as a string; never nil for text that is not null.
-+ (NSString*)textOfPPD:(ppd_file_t*)ppd bytes:(const char*)bytes;
+/// A PPD text as a string, never nil: bytes that the encoding does not know are taken as Mac OS Roman.
++ (NSString*)commonGetTextFromPPDBytes:(const char*)bytes encoding:(NSStringEncoding)encoding;
 
 @end

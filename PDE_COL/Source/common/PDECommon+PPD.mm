@@ -1,5 +1,6 @@
 #include "common/PDECommon+PPD.h"
 
+#include "common/ControlTable.h"
 #include "common/PDECommon+Ticket.h"
 #include "common/StatusCodes.h"
 
@@ -15,11 +16,11 @@ struct EncodingName {
 };
 
 static const EncodingName kEncodings[] = {
-    {"ISOLatin1", (NSStringEncoding)5, kCFStringEncodingISOLatin1},
-    {"WindowsANSI", (NSStringEncoding)12, kCFStringEncodingWindowsLatin1},
-    {"JIS83-RKSJ", (NSStringEncoding)8, kCFStringEncodingShiftJIS},
-    {"UTF-8", (NSStringEncoding)4, kCFStringEncodingUTF8},
-    {"UTF8", (NSStringEncoding)4, kCFStringEncodingUTF8},
+    {"ISOLatin1", NSISOLatin1StringEncoding, kCFStringEncodingISOLatin1},
+    {"WindowsANSI", NSWindowsCP1252StringEncoding, kCFStringEncodingWindowsLatin1},
+    {"JIS83-RKSJ", NSShiftJISStringEncoding, kCFStringEncodingShiftJIS},
+    {"UTF-8", NSUTF8StringEncoding, kCFStringEncodingUTF8},
+    {"UTF8", NSUTF8StringEncoding, kCFStringEncodingUTF8},
 };
 
 static EncodingName encodingOf(const ppd_file_t* ppd)
@@ -30,16 +31,6 @@ static EncodingName encodingOf(const ppd_file_t* ppd)
             return encoding;
     }
     return {"", kMacRoman, kCFStringEncodingMacRoman};
-}
-
-// A new string. Bytes that the encoding does not know are taken as Mac OS Roman, which knows all of them:
-// a choice list has no room for a missing string.
-static CFStringRef newChoiceString(const char* bytes, CFStringEncoding encoding)
-{
-    CFStringRef string = CFStringCreateWithCString(kCFAllocatorDefault, bytes, encoding);
-    if (string == nullptr)
-        string = CFStringCreateWithCString(kCFAllocatorDefault, bytes, kCFStringEncodingMacRoman);
-    return string;
 }
 
 static void clearMark(ppd_file_t* ppd, const ppd_option_t* option, ppd_choice_t* choice)
@@ -55,26 +46,14 @@ static void clearMark(ppd_file_t* ppd, const ppd_option_t* option, ppd_choice_t*
     (void)ppdConflicts(ppd);
 }
 
-static CFStringRef element(CFArrayRef choices, CFIndex entry, CFIndex index)
-{
-    if (choices == nullptr || entry < 0 || entry >= CFArrayGetCount(choices))
-        return nullptr;
-    auto strings = static_cast<CFArrayRef>(CFArrayGetValueAtIndex(choices, entry));
-    return static_cast<CFStringRef>(CFArrayGetValueAtIndex(strings, index));
-}
-
 // Index of the choice that a check box stands for, -1 when the PPD lacks it.
 static int checkBoxChoice(const PDEControlItem* item)
 {
-    CFStringRef key = CFStringCreateWithCString(kCFAllocatorDefault, item->ppdKey, kCFStringEncodingUTF8);
-    if (key == nullptr)
+    NSString* key = asciiText(item->ppdKey);
+    if (key == nil)
         return 0;
     bool on = (SInt16)[item->control intValue] != 0;
-    int index = [PDECommon commonFindPPDKeyPairsMatch:item->choices
-                                               option:key
-                                               choice:on ? CFSTR("True") : CFSTR("False")];
-    CFRelease(key);
-    return index;
+    return [PDECommon commonFindPPDKeyPairsMatch:choicesOf(*item) option:key choice:on ? @"True" : @"False"];
 }
 
 @implementation PDECommon (PPD)
@@ -83,7 +62,7 @@ static int checkBoxChoice(const PDEControlItem* item)
 {
     if (ppdFindOption(ppd, key) == nullptr)
         return kStatusNoSuchOption;
-    *array = CFArrayCreateMutable(kCFAllocatorDefault, 0, &kCFTypeArrayCallBacks);
+    *array = (CFMutableArrayRef)[[NSMutableArray alloc] init];
     if (*array == nullptr)
         return kStatusListNotCreated;
     SInt16 count = 0;
@@ -96,24 +75,19 @@ static int checkBoxChoice(const PDEControlItem* item)
                         array:(CFMutableArrayRef*)array
                         count:(SInt16*)count
 {
-    CFStringEncoding encoding = [self commonGetCFStringEncodingFromPPD:ppd];
+    auto encoding = (NSStringEncoding)CFStringConvertEncodingToNSStringEncoding(
+        [self commonGetCFStringEncodingFromPPD:ppd]);
     const ppd_option_t* option = ppdFindOption(ppd, key);
-    if (*array == nullptr || option == nullptr || option->choices == nullptr)
+    if (*array == nullptr || option == nullptr)
         return kStatusOK;
     for (int i = 0; i < option->num_choices; ++i) {
         const ppd_choice_t& choice = option->choices[i];
         BOOL conflicted = [self commonIsPPDChoiceConflicted:ppd option:option->keyword choice:choice.choice];
-        CFMutableArrayRef entry = CFArrayCreateMutable(kCFAllocatorDefault, 0, &kCFTypeArrayCallBacks);
-        if (entry == nullptr)
-            continue;
-        for (const char* text : {option->keyword, option->defchoice, choice.choice, choice.text}) {
-            CFStringRef string = newChoiceString(text, encoding);
-            CFArrayAppendValue(entry, string);
-            CFRelease(string);
-        }
-        CFArrayAppendValue(entry, conflicted ? CFSTR("ConflictTrue") : CFSTR("ConflictFalse"));
-        CFArrayAppendValue(*array, entry);
-        CFRelease(entry);
+        NSMutableArray* entry = [NSMutableArray array];
+        for (const char* text : {option->keyword, option->defchoice, choice.choice, choice.text})
+            [entry addObject:[self commonGetTextFromPPDBytes:text encoding:encoding]];
+        [entry addObject:conflicted ? @"ConflictTrue" : @"ConflictFalse"];
+        [(NSMutableArray*)*array addObject:entry];
         ++*count;
     }
     return kStatusOK;
@@ -139,14 +113,14 @@ static int checkBoxChoice(const PDEControlItem* item)
     return conflicted;
 }
 
-+ (int)commonFindPPDKeyPairsMatch:(CFArrayRef)choices option:(CFStringRef)option choice:(CFStringRef)choice
++ (int)commonFindPPDKeyPairsMatch:(NSArray*)choices option:(NSString*)option choice:(NSString*)choice
 {
-    if (choices == nullptr || option == nullptr || choice == nullptr)
-        return -1;
-    for (CFIndex i = 0; i < CFArrayGetCount(choices); ++i) {
-        if (CFStringCompare(element(choices, i, kChoiceOption), option, 0) == kCFCompareEqualTo &&
-            CFStringCompare(element(choices, i, kChoiceKeyword), choice, 0) == kCFCompareEqualTo)
-            return (int)i;
+    int index = 0;
+    for (NSArray* entry in choices) {
+        if ([[entry objectAtIndex:kChoiceOption] isEqual:option] &&
+            [[entry objectAtIndex:kChoiceKeyword] isEqual:choice])
+            return index;
+        ++index;
     }
     return -1;
 }
@@ -158,12 +132,12 @@ static int checkBoxChoice(const PDEControlItem* item)
     if ([popup menu] == nil)
         return;
     [popup removeAllItems];
+    NSStringEncoding encoding = [self commonGetEncodingFromPPD:ppd];
     for (SInt16 i = 0; i < option->num_choices; ++i) {
-        [popup addItemWithTitle:[self textOfPPD:ppd bytes:option->choices[i].text]];
+        [popup addItemWithTitle:[self commonGetTextFromPPDBytes:option->choices[i].text encoding:encoding]];
         // Choices with equal texts share one item, so the menu can be shorter than the list.
         if (i < [popup numberOfItems])
-            [[popup itemAtIndex:i] setRepresentedObject:[NSString stringWithCString:option->choices[i].choice
-                                                                           encoding:NSASCIIStringEncoding]];
+            [[popup itemAtIndex:i] setRepresentedObject:asciiText(option->choices[i].choice)];
     }
 }
 
@@ -179,15 +153,12 @@ static int checkBoxChoice(const PDEControlItem* item)
 
 + (int)commonGetDefualtValueFromPPDWithSInt32:(const PDEControlItem*)item
 {
-    CFStringRef defaultChoice = item != nullptr ? element(item->choices, 0, kChoiceDefault) : nullptr;
-    if (defaultChoice == nullptr)
+    NSArray* first =
+        item != nullptr && [choicesOf(*item) count] > 0 ? [choicesOf(*item) objectAtIndex:0] : nil;
+    NSString* key = first != nil ? asciiText(item->ppdKey) : nil;
+    if (key == nil)
         return 0;
-    CFStringRef key = CFStringCreateWithCString(kCFAllocatorDefault, item->ppdKey, kCFStringEncodingUTF8);
-    if (key == nullptr)
-        return 0;
-    int value = [self commonGetTicketValueWithSInt32:item option:key choice:defaultChoice];
-    CFRelease(key);
-    return value;
+    return [self commonGetTicketValueWithSInt32:item option:key choice:[first objectAtIndex:kChoiceDefault]];
 }
 
 + (int)commonGetControlValueFromPPDWithSInt32:(const PDEControlItem*)item
@@ -208,14 +179,10 @@ static int checkBoxChoice(const PDEControlItem* item)
 {
     if (item == nullptr)
         return nil;
-    switch (item->kind) {
-    case PDEControlKindCheckBox:
-        return (NSString*)element(item->choices, checkBoxChoice(item), kChoiceText);
-    case PDEControlKindPopup:
+    if (item->kind == PDEControlKindPopup)
         return [[item->control selectedItem] title];
-    default:
-        return nil;
-    }
+    int index = item->kind == PDEControlKindCheckBox ? checkBoxChoice(item) : -1;
+    return index >= 0 ? [[choicesOf(*item) objectAtIndex:(NSUInteger)index] objectAtIndex:kChoiceText] : nil;
 }
 
 + (NSString*)commonGetPPDProductName:(PMPrintSettings)settings
@@ -223,11 +190,10 @@ static int checkBoxChoice(const PDEControlItem* item)
     return @"R4270";
 }
 
-+ (NSString*)textOfPPD:(ppd_file_t*)ppd bytes:(const char*)bytes
++ (NSString*)commonGetTextFromPPDBytes:(const char*)bytes encoding:(NSStringEncoding)encoding
 {
-    if (bytes == nullptr)
-        return nil;
-    NSString* text = [NSString stringWithCString:bytes encoding:[self commonGetEncodingFromPPD:ppd]];
+    NSString* text = [NSString stringWithCString:bytes encoding:encoding];
+    // Mac OS Roman knows all bytes: neither a menu nor a choice list has room for a missing string.
     return text != nil ? text : [NSString stringWithCString:bytes encoding:kMacRoman];
 }
 

@@ -4,10 +4,13 @@
 #include "common/PDECommon+PPD.h"
 #include "common/StatusCodes.h"
 
-static void addEntry(NSString* name, NSString* value, NSMutableDictionary* dict, NSMutableArray* array)
+static int addEntry(NSString* name, NSString* value, NSMutableDictionary* dict, NSMutableArray* array)
 {
+    if (name == nil || value == nil)
+        return kStatusBadParameter;
     [dict setObject:value forKey:name];
     [array addObject:name];
+    return kStatusOK;
 }
 
 @implementation PDECommon (Summary)
@@ -16,22 +19,16 @@ static void addEntry(NSString* name, NSString* value, NSMutableDictionary* dict,
                     adddict:(NSMutableDictionary*)dict
                    addArray:(NSMutableArray*)array
 {
-    NSBundle* bundle = [NSBundle bundleForClass:[PDECommon class]];
-    if (bundle == nil)
-        return kStatusOK;
     int status = kStatusOK;
     NSString* name = nil;
     for (SInt16 i = 0; hasRow(table, i); ++i) {
         if (table[i].summaryName == nullptr)
             continue;
         // A name that is no ASCII text leaves the row the name of the row before: kept so on purpose.
-        NSString* key = [NSString stringWithCString:table[i].summaryName encoding:NSASCIIStringEncoding];
-        if (key != nil)
-            name = [bundle localizedStringForKey:key value:nil table:nil];
+        if (NSString* key = asciiText(table[i].summaryName))
+            name = localizedText(key);
         NSString* value = [self commonGetControlValueFromPPDWithNSString:&table[i]];
-        if (name != nil && value != nil)
-            addEntry(name, value, dict, array);
-        else
+        if (addEntry(name, value, dict, array) != kStatusOK)
             status = kStatusBadParameter;
     }
     return status;
@@ -42,16 +39,7 @@ static void addEntry(NSString* name, NSString* value, NSMutableDictionary* dict,
                               adddict:(NSMutableDictionary*)dict
                              addArray:(NSMutableArray*)array
 {
-    NSBundle* bundle = [NSBundle bundleForClass:[PDECommon class]];
-    if (bundle == nil)
-        return kStatusOK;
-    NSString* name = [NSString stringWithCString:key encoding:NSASCIIStringEncoding];
-    if (name != nil)
-        name = [bundle localizedStringForKey:name value:nil table:nil];
-    if (name == nil || value == nil)
-        return kStatusBadParameter;
-    addEntry(name, value, dict, array);
-    return kStatusOK;
+    return addEntry(localizedText(asciiText(key)), value, dict, array);
 }
 
 @end

@@ -5,33 +5,32 @@
 
 /// Between a table's controls and the print settings. Choices are kept per queue, in a dictionary of the
 /// model's dictionary ("R4270"), and each is copied to the top level, where the printing system finds it.
+/// Settings that refuse an entry stay as they are, and nothing raises.
 @interface PDECommon (Ticket)
 
-/// The dictionary of the session's queue, made when absent, or null: without a queue identifier, and where
-/// the settings hold something else in its place. Borrowed from the settings, and mutable.
-+ (CFMutableDictionaryRef)commonGetModelDictionary:(PMPrintSettings)settings session:(PMPrintSession)session;
+/// The dictionary of the session's queue, made when absent, or nil: without a queue identifier, where the
+/// settings hold something else in its place, and where they refuse it. The settings hold it too, or a copy.
++ (NSMutableDictionary*)commonGetModelDictionary:(PMPrintSettings)settings session:(PMPrintSession)session;
 
 /// The identifier of the session's printer, or nil.
 + (NSString*)commonGetPrintQueueName:(PMPrintSession)session;
 
-/// The dictionary under `key`, or null: for a null or absent key, an empty dictionary, another type.
-+ (CFDictionaryRef)commonCFDictionaryGetValueWithType:(CFTypeRef)dictionary key:(CFStringRef)key;
+/// The dictionary under `key`, or nil: for a nil or absent key and for anything that is no dictionary.
++ (NSDictionary*)commonCFDictionaryGetValueWithType:(id)dictionary key:(NSString*)key;
 
-+ (BOOL)commonCFTypeIsValid:(CFTypeRef)object type:(CFTypeID)type;
++ (BOOL)commonCFTypeIsValid:(id)object type:(CFTypeID)type;
 
 /// Copies every entry with a string key to the top level of the settings, but for one that is named as the
-/// model dictionary. -108 when memory is short.
-+ (int)commonCFDictionaryMapToTicket:(PMPrintSettings)settings copyDict:(CFDictionaryRef)dictionary;
+/// model dictionary. Always 0.
++ (int)commonCFDictionaryMapToTicket:(PMPrintSettings)settings copyDict:(NSDictionary*)dictionary;
 
 /// The control value for a stored one. A pop-up: its index, or -1 when it is no choice. A check box: 1 for
 /// "True", "TRUE" and "true".
-+ (int)commonGetTicketValueWithSInt32:(const PDEControlItem*)item
-                               option:(CFStringRef)option
-                               choice:(CFTypeRef)choice;
++ (int)commonGetTicketValueWithSInt32:(const PDEControlItem*)item option:(NSString*)option choice:(id)choice;
 
 /// A number of the session's data as a handle, which is 0 on failure: the session's error, or -30889 for
 /// data that is no number. Part of the interface, with no caller.
-+ (int)commonGetTicket:(PMPrintSession)session kind:(CFStringRef)key ticket:(SInt32*)handle;
++ (int)commonGetTicket:(PMPrintSession)session kind:(NSString*)key ticket:(SInt32*)handle;
 
 /// Controls to print settings, and back. 0 also when there is no queue dictionary: then nothing happens.
 + (int)commonSyncTicketFromPane:(PMPrintSettings)settings

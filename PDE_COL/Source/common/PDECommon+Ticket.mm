@@ -6,112 +6,94 @@
 #include "common/StatusCodes.h"
 #include "profiles/PDECommon+Profiles.h"
 
-#include <cstdlib>
+static bool isString(id object)
+{
+    return [PDECommon commonCFTypeIsValid:object type:CFStringGetTypeID()];
+}
 
-static bool isDictionary(CFTypeRef object)
+static bool isDictionary(id object)
 {
     return [PDECommon commonCFTypeIsValid:object type:CFDictionaryGetTypeID()];
 }
 
-static CFIndex choiceCount(const PDEControlItem& row)
+// A copy to write into: what a preset or a file gave back may be immutable, and no type test tells.
+static NSMutableDictionary* writable(NSDictionary* stored)
 {
-    return row.choices != nullptr ? CFArrayGetCount(row.choices) : 0;
+    NSMutableDictionary* copy = [NSMutableDictionary dictionary];
+    [copy addEntriesFromDictionary:stored];
+    return copy;
 }
 
-// Stores a mutable copy of the dictionary under the key, or a new one for null, and releases it: what a
-// preset or a file gave back may be immutable, and no type test tells the two apart everywhere.
-static void storeModelDictionary(PMPrintSettings settings, CFStringRef key, CFDictionaryRef stored)
+static id valueOf(PMPrintSettings settings, NSString* key)
 {
-    CFMutableDictionaryRef model =
-        stored != nullptr ? CFDictionaryCreateMutableCopy(kCFAllocatorDefault, 0, stored)
-                          : CFDictionaryCreateMutable(kCFAllocatorDefault, 0, &kCFTypeDictionaryKeyCallBacks,
-                                                      &kCFTypeDictionaryValueCallBacks);
-    if (model == nullptr)
-        return;
-    (void)PMPrintSettingsSetValue(settings, key, model, false);
-    CFRelease(model);
+    CFTypeRef value = nullptr;
+    (void)PMPrintSettingsGetValue(settings, (CFStringRef)key, &value);
+    return (id)value;
 }
 
-static void storeQueueDictionary(CFMutableDictionaryRef model, CFStringRef queue)
+// False when the settings refuse it, which are then as before.
+static bool setValue(PMPrintSettings settings, NSString* key, id value)
 {
-    CFTypeRef stored = CFDictionaryGetValue(model, queue);
-    if (stored != nullptr && !isDictionary(stored))
-        return;
-    CFMutableDictionaryRef choices =
-        stored != nullptr
-            ? CFDictionaryCreateMutableCopy(kCFAllocatorDefault, 0, static_cast<CFDictionaryRef>(stored))
-            : CFDictionaryCreateMutable(kCFAllocatorDefault, 0, &kCFTypeDictionaryKeyCallBacks,
-                                        &kCFTypeDictionaryValueCallBacks);
-    if (choices == nullptr)
-        return;
-    CFDictionarySetValue(model, queue, choices);
-    CFRelease(choices);
+    return PMPrintSettingsSetValue(settings, (CFStringRef)key, (CFTypeRef)value, false) == kPMNoError;
 }
 
-static void storeChoice(const PDEControlItem& row, CFIndex index, CFMutableDictionaryRef choices)
+static bool storeChoices(PMPrintSettings settings, PMPrintSession session, NSDictionary* choices)
+{
+    NSString* key = [PDECommon commonGetPPDProductName:settings];
+    NSMutableDictionary* model = writable(valueOf(settings, key));
+    [model setObject:choices forKey:[PDECommon commonGetPrintQueueName:session]];
+    return setValue(settings, key, model);
+}
+
+static void storeChoice(const PDEControlItem& row, int index, NSMutableDictionary* choices)
 {
     // A pop-up without a selection, or a box whose choice the PPD lacks.
     if (index < 0)
         return;
-    auto entry = static_cast<CFArrayRef>(CFArrayGetValueAtIndex(row.choices, index));
-    CFTypeRef option = CFArrayGetValueAtIndex(entry, kChoiceOption);
-    CFTypeRef keyword = CFArrayGetValueAtIndex(entry, kChoiceKeyword);
-    if (option != nullptr && keyword != nullptr)
-        CFDictionarySetValue(choices, option, keyword);
-}
-
-static bool storesProfile(const PDEControlItem& row, CFDictionaryRef choices)
-{
-    CFTypeRef flag = [PDECommon commonGetTicketAddedProfileFlag:&row dict:choices];
-    return flag != nullptr && [(id)flag isEqual:@"True"];
+    NSArray* entry = [choicesOf(row) objectAtIndex:(NSUInteger)index];
+    [choices setObject:[entry objectAtIndex:kChoiceKeyword] forKey:[entry objectAtIndex:kChoiceOption]];
 }
 
 // The index of the stored profile's item: profiles stand behind the PPD's choices. One that is no longer
 // listed gives the PPD's default.
-static int storedProfile(const PDEControlItem& row, CFDictionaryRef choices)
+static int storedProfile(const PDEControlItem& row, NSDictionary* choices)
 {
     SInt16 position = [PDECommon commonGetTicketAddedProfile:&row dict:choices];
     if (position > 0)
-        return (int)choiceCount(row) + position - 1;
+        return (int)[choicesOf(row) count] + position - 1;
     return [PDECommon commonGetDefualtValueFromPPDWithSInt32:&row];
 }
 
 // The control value that the settings hold for a row. `carried` is the value of the row before.
-static int storedValue(const PDEControlItem& row, CFDictionaryRef choices, int carried)
+static int storedValue(const PDEControlItem& row, NSDictionary* choices, int carried)
 {
-    CFStringRef key = CFStringCreateWithCString(kCFAllocatorDefault, row.ppdKey, kCFStringEncodingUTF8);
-    if (key == nullptr)
+    NSString* key = asciiText(row.ppdKey);
+    if (key == nil)
         return carried;
-    int value = carried;
-    if (CFDictionaryContainsKey(choices, key)) {
-        // A stored value that is no string takes over the value of the row before: kept so on purpose.
-        CFTypeRef stored = CFDictionaryGetValue(choices, key);
-        if ([PDECommon commonCFTypeIsValid:stored type:CFStringGetTypeID()])
-            value = [PDECommon commonGetTicketValueWithSInt32:&row option:key choice:stored];
-    } else {
-        value = [PDECommon commonGetDefualtValueFromPPDWithSInt32:&row];
-    }
-    CFRelease(key);
-    return value;
+    id stored = [choices objectForKey:key];
+    if (stored == nil)
+        return [PDECommon commonGetDefualtValueFromPPDWithSInt32:&row];
+    // A stored value that is no string takes over the value of the row before: kept so on purpose.
+    return isString(stored) ? [PDECommon commonGetTicketValueWithSInt32:&row option:key choice:stored]
+                            : carried;
 }
 
 @implementation PDECommon (Ticket)
 
-+ (CFMutableDictionaryRef)commonGetModelDictionary:(PMPrintSettings)settings session:(PMPrintSession)session
++ (NSMutableDictionary*)commonGetModelDictionary:(PMPrintSettings)settings session:(PMPrintSession)session
 {
-    auto key = (CFStringRef)[self commonGetPPDProductName:settings];
-    auto queue = (CFStringRef)[self commonGetPrintQueueName:session];
-    CFTypeRef model = nullptr;
-    (void)PMPrintSettingsGetValue(settings, key, &model);
-    if (model == nullptr || isDictionary(model)) {
-        storeModelDictionary(settings, key, static_cast<CFDictionaryRef>(model));
-        model = nullptr;
-        (void)PMPrintSettingsGetValue(settings, key, &model);
-    }
-    if (queue == nullptr || !isDictionary(model))
-        return nullptr;
-    storeQueueDictionary((CFMutableDictionaryRef)model, queue);
-    return (CFMutableDictionaryRef)[self commonCFDictionaryGetValueWithType:model key:queue];
+    NSString* key = [self commonGetPPDProductName:settings];
+    NSString* queue = [self commonGetPrintQueueName:session];
+    if (valueOf(settings, key) == nil)
+        (void)setValue(settings, key, [NSMutableDictionary dictionary]);
+    NSDictionary* model = valueOf(settings, key);
+    if (queue == nil || !isDictionary(model))
+        return nil;
+    NSDictionary* stored = [self commonCFDictionaryGetValueWithType:model key:queue];
+    if (stored == nil && [model objectForKey:queue] != nil)
+        return nil;
+    NSMutableDictionary* choices = writable(stored);
+    return storeChoices(settings, session, choices) ? choices : nil;
 }
 
 + (NSString*)commonGetPrintQueueName:(PMPrintSession)session
@@ -122,58 +104,37 @@ static int storedValue(const PDEControlItem& row, CFDictionaryRef choices, int c
     return (NSString*)PMPrinterGetID(printer);
 }
 
-+ (CFDictionaryRef)commonCFDictionaryGetValueWithType:(CFTypeRef)dictionary key:(CFStringRef)key
++ (NSDictionary*)commonCFDictionaryGetValueWithType:(id)dictionary key:(NSString*)key
 {
-    if (key == nullptr || !isDictionary(dictionary))
-        return nullptr;
-    auto entries = static_cast<CFDictionaryRef>(dictionary);
-    if (CFDictionaryGetCount(entries) == 0 || !CFDictionaryContainsKey(entries, key))
-        return nullptr;
-    CFTypeRef value = CFDictionaryGetValue(entries, key);
-    return isDictionary(value) ? static_cast<CFDictionaryRef>(value) : nullptr;
+    id value = key != nil && isDictionary(dictionary) ? [dictionary objectForKey:key] : nil;
+    return isDictionary(value) ? value : nil;
 }
 
-+ (BOOL)commonCFTypeIsValid:(CFTypeRef)object type:(CFTypeID)type
++ (BOOL)commonCFTypeIsValid:(id)object type:(CFTypeID)type
 {
-    return object != nullptr && CFGetTypeID(object) == type;
+    return object != nil && CFGetTypeID((CFTypeRef)object) == type;
 }
 
-+ (int)commonCFDictionaryMapToTicket:(PMPrintSettings)settings copyDict:(CFDictionaryRef)dictionary
++ (int)commonCFDictionaryMapToTicket:(PMPrintSettings)settings copyDict:(NSDictionary*)dictionary
 {
-    auto count = (size_t)CFDictionaryGetCount(dictionary);
-    auto keys = static_cast<const void**>(calloc(count * sizeof(void*) + 1, 1));
-    auto values = static_cast<const void**>(calloc(count * sizeof(void*) + 1, 1));
-    int status = keys != nullptr && values != nullptr ? kStatusOK : kStatusNoMemory;
-    if (status == kStatusOK) {
-        CFDictionaryGetKeysAndValues(dictionary, keys, values);
-        for (size_t i = 0; i < count; ++i) {
-            // An entry that has the model dictionary's own name, which only broken settings hold, would take
-            // the place of all queues' choices.
-            if ([self commonCFTypeIsValid:keys[i] type:CFStringGetTypeID()] &&
-                ![(NSString*)keys[i] isEqualToString:[self commonGetPPDProductName:settings]])
-                (void)PMPrintSettingsSetValue(settings, static_cast<CFStringRef>(keys[i]), values[i], false);
-        }
+    for (id key in dictionary) {
+        // An entry that has the model dictionary's own name, which only broken settings hold, would take the
+        // place of all queues' choices.
+        if (isString(key) && ![key isEqual:[self commonGetPPDProductName:settings]])
+            (void)setValue(settings, key, [dictionary objectForKey:key]);
     }
-    free(keys);
-    free(values);
-    return status;
+    return kStatusOK;
 }
 
-+ (int)commonGetTicketValueWithSInt32:(const PDEControlItem*)item
-                               option:(CFStringRef)option
-                               choice:(CFTypeRef)choice
++ (int)commonGetTicketValueWithSInt32:(const PDEControlItem*)item option:(NSString*)option choice:(id)choice
 {
     if (item == nullptr)
         return 0;
-    bool isString = [self commonCFTypeIsValid:choice type:CFStringGetTypeID()];
     switch (item->kind) {
     case PDEControlKindPopup:
-        return isString ? [self commonFindPPDKeyPairsMatch:item->choices
-                                                    option:option
-                                                    choice:static_cast<CFStringRef>(choice)]
-                        : -1;
+        return [self commonFindPPDKeyPairsMatch:choicesOf(*item) option:option choice:choice];
     case PDEControlKindCheckBox:
-        return isString && [@[ @"True", @"TRUE", @"true" ] containsObject:(NSString*)choice] ? 1 : 0;
+        return choice != nil && [@[ @"True", @"TRUE", @"true" ] containsObject:choice];
     case PDEControlKindCleared:
         [item->control setIntValue:0];
         return 0;
@@ -182,45 +143,43 @@ static int storedValue(const PDEControlItem& row, CFDictionaryRef choices, int c
     }
 }
 
-+ (int)commonGetTicket:(PMPrintSession)session kind:(CFStringRef)key ticket:(SInt32*)handle
++ (int)commonGetTicket:(PMPrintSession)session kind:(NSString*)key ticket:(SInt32*)handle
 {
     *handle = 0;
     CFTypeRef data = nullptr;
-    OSStatus status = PMSessionGetDataFromSession(session, key, &data);
+    OSStatus status = PMSessionGetDataFromSession(session, (CFStringRef)key, &data);
     if (status != kPMNoError)
         return status;
-    SInt32 number = 0;
-    bool isNumber = [self commonCFTypeIsValid:data type:CFNumberGetTypeID()] &&
-                    CFNumberGetValue(static_cast<CFNumberRef>(data), kCFNumberSInt32Type, &number);
-    if (data != nullptr)
-        CFRelease(data);
-    if (isNumber)
-        *handle = number;
-    return isNumber ? kStatusOK : kStatusBadSessionData;
+    NSNumber* number = (NSNumber*)data;
+    // A number that loses something on the way is refused.
+    if (![number isKindOfClass:[NSNumber class]] || [number doubleValue] != [number intValue])
+        return kStatusBadSessionData;
+    *handle = [number intValue];
+    return kStatusOK;
 }
 
 + (int)commonSyncTicketFromPane:(PMPrintSettings)settings
                         session:(PMPrintSession)session
                           table:(PDEControlItem*)table
 {
-    CFMutableDictionaryRef choices = [self commonGetModelDictionary:settings session:session];
-    if (choices == nullptr)
+    NSMutableDictionary* choices = [self commonGetModelDictionary:settings session:session];
+    if (choices == nil)
         return kStatusOK;
     for (SInt16 i = 0; hasRow(table, i); ++i) {
         const PDEControlItem& row = table[i];
         if (!hasOption(row))
             continue;
         int value = [self commonGetControlValueFromPPDWithSInt32:&row];
-        auto count = (SInt16)choiceCount(row);
-        CFStringRef flag = CFSTR("False");
-        if (value < count) {
+        auto count = (SInt16)[choicesOf(row) count];
+        if (value < count)
             storeChoice(row, value, choices);
-        } else {
+        else
             (void)[self commonSetTicketAddedProfile:&row dict:choices select:(SInt16)(value - count + 1)];
-            flag = CFSTR("True");
-        }
+        NSString* flag = value < count ? @"False" : @"True";
         (void)[self commonSetTicketAddedProfileFlag:&row dict:choices flag:flag];
     }
+    // Settings may keep a copy of what they are given.
+    (void)storeChoices(settings, session, choices);
     return [self commonCFDictionaryMapToTicket:settings copyDict:choices];
 }
 
@@ -228,15 +187,15 @@ static int storedValue(const PDEControlItem& row, CFDictionaryRef choices, int c
                         session:(PMPrintSession)session
                           table:(PDEControlItem*)table
 {
-    CFMutableDictionaryRef choices = [self commonGetModelDictionary:settings session:session];
-    if (choices == nullptr)
+    NSDictionary* choices = [self commonGetModelDictionary:settings session:session];
+    if (choices == nil)
         return kStatusOK;
     int carried = -1;
     for (SInt16 i = 0; hasRow(table, i); ++i) {
         if (!hasOption(table[i]))
             continue;
-        carried = storesProfile(table[i], choices) ? storedProfile(table[i], choices)
-                                                   : storedValue(table[i], choices, carried);
+        bool profile = [[self commonGetTicketAddedProfileFlag:&table[i] dict:choices] isEqual:@"True"];
+        carried = profile ? storedProfile(table[i], choices) : storedValue(table[i], choices, carried);
         if (carried != -1)
             [self commonSetControlValueWithSInt32:&table[i] value:carried];
     }

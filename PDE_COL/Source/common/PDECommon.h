@@ -9,3 +9,9 @@
 /// method raises for a missing option, item or value.
 @interface PDECommon : NSObject
 @end
+
+/// A keyword or key as text; nil when it is not ASCII.
+NSString* asciiText(const char* bytes);
+
+/// The bundle's text for a key, in the person's language; nil for nil.
+NSString* localizedText(NSString* key);

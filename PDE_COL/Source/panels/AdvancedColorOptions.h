@@ -67,16 +67,11 @@
 /// Starts the download manager; nothing happens where it is not installed.
 - (IBAction)downloadManagerButton:(id)sender;
 
-@end
-
-/// What the Quick Color presets 0 to 2 dictate to the 21 pop-ups, `eco` being the economy mode. Any other
-/// preset index ("Custom" is 3, no selection -1) dictates nothing. 16-bit values.
-@interface AdvancedColorOptions (QuickColor)
-
-/// Selects the dictated items, without any action being sent.
+/// Selects what a Quick Color preset dictates, without any action being sent; `eco` is the economy mode. An
+/// index that is no preset ("Custom" is 3, no selection -1) dictates nothing. 16-bit values.
 - (void)changeItemAccodingQuickColor:(int)quickColor Eco:(int)eco;
 
-/// Adds the dictated values to a summary, whatever is selected now.
+/// Adds the same values to a summary, whatever is selected now.
 - (void)getSummaryItemAccodingQuickColor:(int)quickColor
                                      Eco:(int)eco
                              summaryDict:(NSMutableDictionary*)dict

@@ -7,10 +7,6 @@
 
 @implementation ControlTableView
 
-- (void)drawRect:(NSRect)rect
-{
-}
-
 - (void)setPPDFile:(void*)file
 {
     ppd = static_cast<ppd_file_t*>(file);

@@ -60,7 +60,7 @@ struct CSTRule {
     const CSTAction* actions;
 };
 
-/// 19 rules and the end record.
+/// The rules and the end record.
 extern const CSTRule cstColorOption[];
 
 /// Whether `value` stands in the relation to `wanted`.

@@ -27,23 +27,21 @@ static const SInt16 kQuickColorCustom = 3;
         [self ShowAdvancedToColorView];
 }
 
-- (NSRect)containerBounds
+- (void)show:(ControlTableView*)view inPlaceOf:(NSView*)other
 {
-    return onMainCustomView != nil ? [onMainCustomView bounds] : NSZeroRect;
+    [view setViewBounds:onMainCustomView != nil ? [onMainCustomView bounds] : NSZeroRect];
+    [onMainCustomView addSubview:view];
+    [onMainCustomView replaceSubview:other with:view];
 }
 
 - (void)SHowColorToAdvancedView
 {
-    [onAdvancedView setViewBounds:[self containerBounds]];
-    [onMainCustomView addSubview:onAdvancedView];
-    [onMainCustomView replaceSubview:onColorView with:onAdvancedView];
+    [self show:onAdvancedView inPlaceOf:onColorView];
 }
 
 - (void)ShowAdvancedToColorView
 {
-    [onColorView setViewBounds:[self containerBounds]];
-    [onMainCustomView addSubview:onColorView];
-    [onMainCustomView replaceSubview:onAdvancedView with:onColorView];
+    [self show:onColorView inPlaceOf:onAdvancedView];
 }
 
 - (void)creatPDEControlTableEachView

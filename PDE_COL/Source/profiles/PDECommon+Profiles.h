@@ -17,19 +17,19 @@ NSString* locationWord(SInt32 location);
 + (int)commonAddMenuFromProfilePlist:(const PDEControlItem*)table;
 
 /// Position of the stored profile; 0 when it is not listed, -1 for a row without profiles or no dictionary.
-+ (SInt16)commonGetTicketAddedProfile:(const PDEControlItem*)item dict:(CFDictionaryRef)dictionary;
++ (SInt16)commonGetTicketAddedProfile:(const PDEControlItem*)item dict:(NSDictionary*)dictionary;
 
 /// Stores the profile at a position; a position that no profile has stores an empty path. 0, or -1 as above.
 + (int)commonSetTicketAddedProfile:(const PDEControlItem*)item
-                              dict:(CFMutableDictionaryRef)dictionary
+                              dict:(NSMutableDictionary*)dictionary
                             select:(SInt16)position;
 
-/// The stored flag as it is, borrowed; null when absent and for a row without profiles.
-+ (CFTypeRef)commonGetTicketAddedProfileFlag:(const PDEControlItem*)item dict:(CFDictionaryRef)dictionary;
+/// The stored flag as it is, borrowed; nil when absent and for a row without profiles.
++ (id)commonGetTicketAddedProfileFlag:(const PDEControlItem*)item dict:(NSDictionary*)dictionary;
 
 /// Stores the flag on rows with profiles. Always 0.
 + (int)commonSetTicketAddedProfileFlag:(const PDEControlItem*)item
-                                  dict:(CFMutableDictionaryRef)dictionary
-                                  flag:(CFStringRef)flag;
+                                  dict:(NSMutableDictionary*)dictionary
+                                  flag:(NSString*)flag;
 
 @end

@@ -28,10 +28,10 @@ static int32_t listOfKind(SInt16 kind)
 
 // The list behind a profile row, as far as it can be read. Null for any other row, without a dictionary to
 // go with it, and when memory is short.
-static std::unique_ptr<ProfileList> readListOf(const PDEControlItem* item, CFDictionaryRef dictionary)
+static std::unique_ptr<ProfileList> readListOf(const PDEControlItem* item, NSDictionary* dictionary)
 {
     int32_t index = item != nullptr ? listOfKind(item->profileClass) : -1;
-    if (dictionary == nullptr || index < 0)
+    if (dictionary == nil || index < 0)
         return nullptr;
     std::unique_ptr<ProfileList> list(new (std::nothrow) ProfileList());
     if (list != nullptr)
@@ -52,12 +52,11 @@ static NSString* nameString(const char (&field)[kProfileNameSize])
 
 NSString* locationWord(SInt32 location)
 {
-    NSBundle* bundle = [NSBundle bundleForClass:[PDECommon class]];
     switch (location) {
     case kOnDisk:
-        return [bundle localizedStringForKey:@"Disk" value:nil table:nil];
+        return localizedText(@"Disk");
     case kOnCard:
-        return [bundle localizedStringForKey:@"Card" value:nil table:nil];
+        return localizedText(@"Card");
     default:
         return @"";
     }
@@ -151,12 +150,12 @@ static void appendItems(NSPopUpButton* popup, NSArray* titles)
     return status;
 }
 
-+ (SInt16)commonGetTicketAddedProfile:(const PDEControlItem*)item dict:(CFDictionaryRef)dictionary
++ (SInt16)commonGetTicketAddedProfile:(const PDEControlItem*)item dict:(NSDictionary*)dictionary
 {
     auto list = readListOf(item, dictionary);
     if (list == nullptr)
         return -1;
-    id stored = [(NSDictionary*)dictionary objectForKey:entryKey(item, "CustomFilename")];
+    id stored = [dictionary objectForKey:entryKey(item, "CustomFilename")];
     const char* coded = [stored isKindOfClass:[NSString class]] ? [stored UTF8String] : nullptr;
     auto path = coded != nullptr ? decodePrinterPath(coded) : std::nullopt;
     if (!path)
@@ -175,7 +174,7 @@ static void appendItems(NSPopUpButton* popup, NSArray* titles)
 }
 
 + (int)commonSetTicketAddedProfile:(const PDEControlItem*)item
-                              dict:(CFMutableDictionaryRef)dictionary
+                              dict:(NSMutableDictionary*)dictionary
                             select:(SInt16)position
 {
     auto list = readListOf(item, dictionary);
@@ -187,30 +186,29 @@ static void appendItems(NSPopUpButton* popup, NSArray* titles)
         if (isListed(list->records[i]) && ++listed == position)
             path = printerPath(list->records[i]);
     }
-    NSMutableDictionary* entries = (NSMutableDictionary*)dictionary;
     // The option itself holds its first choice while a profile is chosen.
-    if (item->choices != nullptr && CFArrayGetCount(item->choices) > 0)
-        [entries setObject:[[(NSArray*)item->choices objectAtIndex:0] objectAtIndex:kChoiceKeyword]
-                    forKey:entryKey(item, "")];
-    [entries setObject:[NSString stringWithUTF8String:encodePrinterPath(path).c_str()]
-                forKey:entryKey(item, "CustomFilename")];
-    (void)[self commonSetTicketAddedProfileFlag:item dict:dictionary flag:CFSTR("True")];
+    if ([choicesOf(*item) count] > 0)
+        [dictionary setObject:[[choicesOf(*item) objectAtIndex:0] objectAtIndex:kChoiceKeyword]
+                       forKey:entryKey(item, "")];
+    [dictionary setObject:[NSString stringWithUTF8String:encodePrinterPath(path).c_str()]
+                   forKey:entryKey(item, "CustomFilename")];
+    (void)[self commonSetTicketAddedProfileFlag:item dict:dictionary flag:@"True"];
     return 0;
 }
 
-+ (CFTypeRef)commonGetTicketAddedProfileFlag:(const PDEControlItem*)item dict:(CFDictionaryRef)dictionary
++ (id)commonGetTicketAddedProfileFlag:(const PDEControlItem*)item dict:(NSDictionary*)dictionary
 {
     if (listOfKind(item->profileClass) < 0)
-        return nullptr;
-    return [(NSDictionary*)dictionary objectForKey:entryKey(item, "Custom")];
+        return nil;
+    return [dictionary objectForKey:entryKey(item, "Custom")];
 }
 
 + (int)commonSetTicketAddedProfileFlag:(const PDEControlItem*)item
-                                  dict:(CFMutableDictionaryRef)dictionary
-                                  flag:(CFStringRef)flag
+                                  dict:(NSMutableDictionary*)dictionary
+                                  flag:(NSString*)flag
 {
     if (listOfKind(item->profileClass) >= 0)
-        [(NSMutableDictionary*)dictionary setObject:(NSString*)flag forKey:entryKey(item, "Custom")];
+        [dictionary setObject:flag forKey:entryKey(item, "Custom")];
     return 0;
 }
 

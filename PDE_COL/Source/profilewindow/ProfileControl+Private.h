@@ -4,9 +4,6 @@
 
 @interface ProfileControl (Private)
 
-/// The text of `key` in the bundle's table, or the key itself.
-- (NSString*)localizedTitle:(NSString*)key;
-
 /// Whether the printer's own profiles cannot be read over this connection (AppleTalk, USB).
 - (BOOL)usesPapLists;
 
@@ -25,4 +22,7 @@
 /// The name field as text; empty when its bytes are no UTF-8.
 - (NSString*)textOfName:(const char*)field;
 
+@end
+
+@interface ProfileControl (Table)
 @end

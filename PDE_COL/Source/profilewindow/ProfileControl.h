@@ -75,23 +75,6 @@ enum : SInt32 { kBrowsing = 0, kAdding = 1, kEditing = 2 };
 
 @end
 
-/// Data source and delegate of the table.
-@interface ProfileControl (Table)
-
-- (NSInteger)numberOfRowsInTableView:(NSTableView*)tableView;
-- (id)tableView:(NSTableView*)tableView
-    objectValueForTableColumn:(NSTableColumn*)tableColumn
-                          row:(NSInteger)row;
-- (void)tableView:(NSTableView*)tableView
-    setObjectValue:(id)object
-    forTableColumn:(NSTableColumn*)tableColumn
-               row:(NSInteger)row;
-- (void)tableViewSelectionDidChange:(NSNotification*)notification;
-- (BOOL)selectionShouldChangeInTableView:(NSTableView*)tableView;
-- (BOOL)tableView:(NSTableView*)tableView shouldSelectRow:(NSInteger)row;
-
-@end
-
 @interface ProfileControl (Editing)
 
 /// The list was chosen in the pop-up.

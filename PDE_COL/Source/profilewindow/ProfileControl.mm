@@ -1,15 +1,18 @@
 #include "profilewindow/ProfileControl+Private.h"
 
+#include "common/PDECommon.h"
 #include "discovery/PDECommon+Discovery.h"
 #include "discovery/ProtocolCode.h"
 #include "panels/AdvancedColorOptions.h"
 #include "panels/PresetConstraints.h"
+#include "profiles/ProfileEdits.h"
 #include "profiles/ProfileListOperations.h"
 #include "profilewindow/IconedCell.h"
 #include "profilewindow/KeyFilters.h"
 #include "profiles/ProfileEdits.h"
 #include "profiles/ProfileName.h"
 
+#include <array>
 #include <cstring>
 
 namespace {
@@ -27,13 +30,13 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
 {
     if ([view isKindOfClass:[NSTableView class]]) {
         for (NSTableColumn* column in [(NSTableView*)view tableColumns])
-            [[column headerCell] setStringValue:[self localizedTitle:[[column headerCell] stringValue]]];
+            [[column headerCell] setStringValue:localizedText([[column headerCell] stringValue])];
     } else if ([view isKindOfClass:[NSBox class]]) {
-        [(NSBox*)view setTitle:[self localizedTitle:[(NSBox*)view title]]];
+        [(NSBox*)view setTitle:localizedText([(NSBox*)view title])];
     } else if ([view isKindOfClass:[NSTextField class]] && ![(NSTextField*)view isEditable]) {
-        [(NSTextField*)view setStringValue:[self localizedTitle:[(NSTextField*)view stringValue]]];
+        [(NSTextField*)view setStringValue:localizedText([(NSTextField*)view stringValue])];
     } else if ([view isKindOfClass:[NSButton class]] && ![view isKindOfClass:[NSPopUpButton class]]) {
-        [(NSButton*)view setTitle:[self localizedTitle:[(NSButton*)view title]]];
+        [(NSButton*)view setTitle:localizedText([(NSButton*)view title])];
     }
     for (NSView* subview in [view subviews])
         [self localizeTitlesIn:subview];
@@ -44,17 +47,10 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
     [self localizeTitlesIn:[_profileManagementWindow contentView]];
     [_profileMenu removeAllItems];
     for (NSString* list in @[ @"RGB", @"SIM", @"DST" ])
-        [_profileMenu addItemWithTitle:[self localizedTitle:list]];
+        [_profileMenu addItemWithTitle:localizedText(list)];
     [_profileManagementWindow setDelegate:self];
     [_fileNameEdit setDelegate:self];
     [_profileNameEdit setDelegate:self];
-}
-
-- (NSString*)localizedTitle:(NSString*)key
-{
-    if ([key length] == 0)
-        return key;
-    return [[NSBundle bundleForClass:[self class]] localizedStringForKey:key value:nil table:nil];
 }
 
 #pragma mark The panel's calls
@@ -76,7 +72,7 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
 - (IBAction)showProfileManagementWindow:(id)sender
 {
     [self initWithProfileControl];
-    [_profileManagementWindow setTitle:[self localizedTitle:@"ProfileTitle"]];
+    [_profileManagementWindow setTitle:localizedText(@"ProfileTitle")];
     // Centred after the run, so that it is the next run that finds the window in the middle.
     [NSApp runModalForWindow:_profileManagementWindow];
     [_profileManagementWindow center];
@@ -86,8 +82,8 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
 
 - (void)prepareControls
 {
-    NSString* disk = [self localizedTitle:@"Disk"];
-    if (disk != nil && [self localizedTitle:@"Card"] != nil) {
+    NSString* disk = localizedText(@"Disk");
+    if (disk != nil && localizedText(@"Card") != nil) {
         // Only profiles on the disk are registered by hand: the card is never offered.
         [_locationMenu removeAllItems];
         [_locationMenu addItemWithTitle:disk];
@@ -223,6 +219,13 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
 
 #pragma mark Lists
 
+/// The one that the pop-up names; null when it names none.
+- (ProfileList*)chosenOf:(std::array<ProfileList*, kProfileListCount>)lists
+{
+    auto index = (size_t)[_profileMenu indexOfSelectedItem];
+    return index < lists.size() ? lists[index] : nullptr;
+}
+
 - (BOOL)usesPapLists
 {
     return protocolType == kProtocolAppleTalk || protocolType == kProtocolUsb;
@@ -230,30 +233,12 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
 
 - (ProfileList*)currentProfileDict
 {
-    switch ([_profileMenu indexOfSelectedItem]) {
-    case kRgbList:
-        return &plistRGBDict;
-    case kSimList:
-        return &plistSIMDict;
-    case kDstList:
-        return &plistDSTDict;
-    default:
-        return nullptr;
-    }
+    return [self chosenOf:{&plistRGBDict, &plistSIMDict, &plistDSTDict}];
 }
 
 - (ProfileList*)currentDeleteDict
 {
-    switch ([_profileMenu indexOfSelectedItem]) {
-    case kRgbList:
-        return &plistRGBDelete;
-    case kSimList:
-        return &plistSIMDDelete;
-    case kDstList:
-        return &plistDSTDelete;
-    default:
-        return nullptr;
-    }
+    return [self chosenOf:{&plistRGBDelete, &plistSIMDDelete, &plistDSTDelete}];
 }
 
 - (ProfileRecord*)selectedRecord

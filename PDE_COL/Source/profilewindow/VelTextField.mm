@@ -126,11 +126,6 @@ bool isWellFormed(const std::u16string& units, SInt32 maxLen, SInt32 maxExtensio
     return [super textShouldBeginEditing:textObject];
 }
 
-- (BOOL)textShouldEndEditing:(NSText*)textObject
-{
-    return [super textShouldEndEditing:textObject];
-}
-
 /// Takes the change back. The caret returns to where the refused input began.
 - (void)restoreOldValueAfter:(const std::u16string&)units
 {

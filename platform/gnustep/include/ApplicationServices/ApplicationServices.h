@@ -29,7 +29,7 @@ OSStatus PMPrintSettingsSetValue(PMPrintSettings settings, CFStringRef key, CFTy
 /// `printer` is borrowed from the session.
 OSStatus PMSessionGetCurrentPrinter(PMPrintSession session, PMPrinter* printer);
 
-/// `data` is the caller's to release.
+/// `data` is borrowed from the session.
 OSStatus PMSessionGetDataFromSession(PMPrintSession session, CFStringRef key, CFTypeRef* data);
 
 /// The queue's identifier, borrowed; null when it has none.

@@ -19,7 +19,6 @@ typedef unsigned long CFTypeID;
 typedef unsigned long CFOptionFlags;
 typedef UInt32 CFStringEncoding;
 typedef double CFTimeInterval;
-typedef long CFNumberType;
 
 typedef const void* CFTypeRef;
 typedef const struct __CFAllocator* CFAllocatorRef;
@@ -29,14 +28,8 @@ typedef const struct __CFArray* CFArrayRef;
 typedef struct __CFArray* CFMutableArrayRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
 typedef struct __CFDictionary* CFMutableDictionaryRef;
-typedef const struct __CFNumber* CFNumberRef;
 typedef const struct __CFData* CFDataRef;
 typedef const struct __CFURL* CFURLRef;
-
-/// Retain and release are the only callbacks that the collections know.
-typedef struct {
-    CFIndex version;
-} CFArrayCallBacks, CFDictionaryKeyCallBacks, CFDictionaryValueCallBacks;
 
 typedef struct {
     CFIndex location;
@@ -53,51 +46,26 @@ enum : CFStringEncoding {
     kCFStringEncodingWindowsLatin1 = 0x0500,
     kCFStringEncodingISOLatin1 = 0x0201,
     kCFStringEncodingASCII = 0x0600,
-    kCFStringEncodingDOSJapanese = 0x0420,
     kCFStringEncodingShiftJIS = 0x0A01,
     kCFStringEncodingUTF8 = 0x08000100,
 };
 
-enum : CFNumberType { kCFNumberSInt32Type = 3 };
-enum : CFIndex { kCFCompareEqualTo = 0, kCFNotFound = -1 };
+enum : CFIndex { kCFNotFound = -1 };
 
 extern "C" {
 
 extern const CFAllocatorRef kCFAllocatorDefault;
-extern const CFArrayCallBacks kCFTypeArrayCallBacks;
-extern const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks;
-extern const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
 
-CFTypeRef CFRetain(CFTypeRef object);
 void CFRelease(CFTypeRef object);
 CFTypeID CFGetTypeID(CFTypeRef object);
 CFTypeID CFStringGetTypeID(void);
 CFTypeID CFDictionaryGetTypeID(void);
-CFTypeID CFArrayGetTypeID(void);
-CFTypeID CFNumberGetTypeID(void);
 
-CFMutableArrayRef CFArrayCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
-                                       const CFArrayCallBacks* callBacks);
-void CFArrayAppendValue(CFMutableArrayRef array, const void* value);
 CFIndex CFArrayGetCount(CFArrayRef array);
 const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
 
-CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
-                                                 const CFDictionaryKeyCallBacks* keyCallBacks,
-                                                 const CFDictionaryValueCallBacks* valueCallBacks);
-/// The copy is mutable and shallow.
-CFMutableDictionaryRef CFDictionaryCreateMutableCopy(CFAllocatorRef allocator, CFIndex capacity,
-                                                     CFDictionaryRef dictionary);
-CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
-Boolean CFDictionaryContainsKey(CFDictionaryRef dictionary, const void* key);
-const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
-void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key, const void* value);
-/// Fills the arrays, which have room for all entries; either may be null.
-void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys, const void** values);
-
 /// Null when the bytes are not valid in the encoding.
 CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text, CFStringEncoding encoding);
-CFStringRef CFStringCreateCopy(CFAllocatorRef allocator, CFStringRef string);
 /// `capacity` is a hint: 0.
 CFMutableStringRef CFStringCreateMutable(CFAllocatorRef allocator, CFIndex capacity);
 void CFStringAppend(CFMutableStringRef string, CFStringRef appended);
@@ -109,16 +77,14 @@ CFArrayRef CFStringCreateArrayBySeparatingStrings(CFAllocatorRef allocator, CFSt
 CFRange CFStringFind(CFStringRef string, CFStringRef wanted, CFOptionFlags options);
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStringEncoding encoding);
 CFStringEncoding CFStringGetSystemEncoding(void);
+/// The NSStringEncoding that means the same.
+unsigned long CFStringConvertEncodingToNSStringEncoding(CFStringEncoding encoding);
 /// The string's bytes in the encoding. What the encoding lacks becomes `lossByte`, which is '?'.
 CFDataRef CFStringCreateExternalRepresentation(CFAllocatorRef allocator, CFStringRef string,
                                                CFStringEncoding encoding, UInt8 lossByte);
-/// Only without options.
-CFIndex CFStringCompare(CFStringRef a, CFStringRef b, CFOptionFlags options);
 
 const UInt8* CFDataGetBytePtr(CFDataRef data);
 CFIndex CFDataGetLength(CFDataRef data);
-
-Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
 
 /// The URL as it was given, borrowed from it.
 CFStringRef CFURLGetString(CFURLRef url);
