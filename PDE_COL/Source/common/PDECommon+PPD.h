@@ -26,7 +26,8 @@
 /// Index of the entry with this option and choice keyword, or -1.
 + (int)commonFindPPDKeyPairsMatch:(NSArray*)choices option:(NSString*)option choice:(NSString*)choice;
 
-/// Fills the row's pop-up with the option's choices. Titles are in the PPD's language.
+/// Fills the row's pop-up with the option's choices: item i is choice i, whatever their texts, which are in
+/// the PPD's language.
 + (void)commonReBuildMenuFromPPD:(ppd_file_t*)ppd table:(const PDEControlItem*)item;
 
 /// The encoding of the PPD's texts, by its `lang_encoding`. Unknown, absent or no PPD: Mac OS Roman.

@@ -1,6 +1,7 @@
 #include "common/PDECommon+PPD.h"
 
 #include "common/ControlTable.h"
+#include "common/Menus.h"
 #include "common/PDECommon+Ticket.h"
 #include "common/StatusCodes.h"
 
@@ -8,6 +9,9 @@
 #include <initializer_list>
 
 static const NSStringEncoding kMacRoman = (NSStringEncoding)30;
+
+// Bytes that a character of UTF-8 can lack of its four.
+static const size_t kLongestCutCharacter = 3;
 
 struct EncodingName {
     const char* name;
@@ -131,14 +135,14 @@ static int checkBoxChoice(const PDEControlItem* item)
     NSPopUpButton* popup = option != nullptr ? item->control : nil;
     if ([popup menu] == nil)
         return;
-    [popup removeAllItems];
     NSStringEncoding encoding = [self commonGetEncodingFromPPD:ppd];
-    for (SInt16 i = 0; i < option->num_choices; ++i) {
-        [popup addItemWithTitle:[self commonGetTextFromPPDBytes:option->choices[i].text encoding:encoding]];
-        // Choices with equal texts share one item, so the menu can be shorter than the list.
-        if (i < [popup numberOfItems])
-            [[popup itemAtIndex:i] setRepresentedObject:asciiText(option->choices[i].choice)];
-    }
+    NSMutableArray* titles = [NSMutableArray array];
+    for (int i = 0; i < option->num_choices; ++i)
+        [titles addObject:[self commonGetTextFromPPDBytes:option->choices[i].text encoding:encoding]];
+    [popup removeAllItems];
+    appendItems(popup, titles);
+    for (int i = 0; i < option->num_choices; ++i)
+        [[popup itemAtIndex:i] setRepresentedObject:asciiText(option->choices[i].choice)];
 }
 
 + (NSStringEncoding)commonGetEncodingFromPPD:(ppd_file_t*)ppd
@@ -192,7 +196,12 @@ static int checkBoxChoice(const PDEControlItem* item)
 
 + (NSString*)commonGetTextFromPPDBytes:(const char*)bytes encoding:(NSStringEncoding)encoding
 {
-    NSString* text = [NSString stringWithCString:bytes encoding:encoding];
+    size_t length = strlen(bytes);
+    // libcups cuts a longer text at this length, also inside a character, whose bytes are then left out.
+    size_t shortest = length == PPD_MAX_TEXT - 1 ? length - kLongestCutCharacter : length;
+    NSString* text = nil;
+    for (size_t n = length; text == nil && n >= shortest; --n)
+        text = [[[NSString alloc] initWithBytes:bytes length:n encoding:encoding] autorelease];
     // Mac OS Roman knows all bytes: neither a menu nor a choice list has room for a missing string.
     return text != nil ? text : [NSString stringWithCString:bytes encoding:kMacRoman];
 }

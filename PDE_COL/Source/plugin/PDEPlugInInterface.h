@@ -1,7 +1,7 @@
 #pragma once
 
-#include "common/ControlItem.h"
 #include "common/ClassNames.h"
+#include "common/ControlItem.h"
 #include "plugin/PanelProtocol.h"
 
 /// The panel: loads the interface file when it is first needed and passes the dialog's calls on to the view

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "common/ControlItem.h"
 #include "common/ClassNames.h"
+#include "common/ControlItem.h"
 
 /// Shows one of the two views in the container and makes them one panel: what the panel asks goes to both.
 /// Several names are spelt in their own way; they are part of the interface. Both views keep their controls

@@ -1,13 +1,13 @@
 #include "profiles/PDECommon+Profiles.h"
 
 #include "common/ControlTable.h"
+#include "common/Menus.h"
 #include "common/StatusCodes.h"
 #include "profiles/ProfileEdits.h"
 #include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
 #include "profiles/ProfilePath.h"
 
-#include <algorithm>
 #include <memory>
 #include <new>
 
@@ -62,62 +62,25 @@ NSString* locationWord(SInt32 location)
     }
 }
 
-// Titles of the profiles in a menu, in list order. False when one had to be left out.
+// Titles of the profiles in a menu, in list order; of equal ones the last. False when one had to be left out.
 static bool menuTitles(const ProfileList& list, NSMutableArray* titles)
 {
     bool complete = true;
-    for (int32_t i = 0; i < usedSlots(list); ++i) {
+    NSMutableSet* taken = [NSMutableSet set];
+    for (int32_t i = usedSlots(list) - 1; i >= 0; --i) {
         const ProfileRecord& record = list.records[i];
         if (isHidden(record))
             continue;
         NSString* word = locationWord(record.Location);
-        if (word == nil) {
-            complete = false;
-            continue;
-        }
-        [titles addObject:[NSString stringWithFormat:@"%@(%@)%@", nameString(record.FileName),
-                                                     nameString(record.ProfileName), word]];
-    }
-    return complete;
-}
-
-// Appends items as addItemWithTitle: does, one title after the other: an item whose title comes again makes
-// way for the later one. Toolkits search the menu for every title that they add, which takes a fifth of a
-// second for 500; here that is done once for all.
-static void appendItems(NSPopUpButton* popup, NSArray* titles)
-{
-    if ([titles count] == 0 || [popup menu] == nil)
-        return;
-    NSMutableSet* taken = [NSMutableSet set];
-    NSMutableArray* appended = [NSMutableArray array];
-    for (NSString* title in [titles reverseObjectEnumerator]) {
-        if ([taken containsObject:title])
+        NSString* title = [NSString
+            stringWithFormat:@"%@(%@)%@", nameString(record.FileName), nameString(record.ProfileName), word];
+        complete = complete && word != nil;
+        if (word == nil || [taken containsObject:title])
             continue;
         [taken addObject:title];
-        [appended addObject:title];
+        [titles insertObject:title atIndex:0];
     }
-    id selected = [[(id)[popup selectedItem] retain] autorelease];
-    for (NSInteger i = [popup numberOfItems] - 1; i >= 0; --i) {
-        if ([taken containsObject:[popup itemTitleAtIndex:i]])
-            [popup removeItemAtIndex:i];
-    }
-    // The pop-up makes the first item, and the others take its marks: those of a menu's own items would take
-    // room in the closed pop-up.
-    [popup addItemWithTitle:[appended lastObject]];
-    NSMenuItem* first = (NSMenuItem*)[popup lastItem];
-    [appended removeLastObject];
-    for (NSString* title in [appended reverseObjectEnumerator]) {
-        NSMenuItem* item = [[NSMenuItem alloc] initWithTitle:title action:nullptr keyEquivalent:@""];
-        [item setOnStateImage:[first onStateImage]];
-        [item setMixedStateImage:[first mixedStateImage]];
-        [[popup menu] addItem:item];
-        [item release];
-    }
-    // Items that made way can have moved the selection. Selecting costs more than all the rest.
-    if (selected == nil || (id)[popup selectedItem] != selected) {
-        NSInteger index = selected != nil ? [popup indexOfItem:selected] : -1;
-        [popup selectItemAtIndex:std::max<NSInteger>(index, 0)];
-    }
+    return complete;
 }
 
 @implementation PDECommon (Profiles)
@@ -145,7 +108,11 @@ static void appendItems(NSPopUpButton* popup, NSArray* titles)
         }
         if (!complete[list])
             status = kStatusBadParameter;
-        appendItems(table[i].control, titles[list]);
+        NSPopUpButton* popup = table[i].control;
+        auto choices = (NSInteger)[choicesOf(table[i]) count];
+        while ([popup numberOfItems] > choices)
+            [popup removeItemAtIndex:choices];
+        appendItems(popup, titles[list]);
     }
     return status;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "common/ControlItem.h"
 #include "common/ClassNames.h"
+#include "common/ControlItem.h"
 #include "profiles/ProfileRecord.h"
 
 #include "profilewindow/VelTextField.h"

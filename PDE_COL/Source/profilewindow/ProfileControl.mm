@@ -7,10 +7,9 @@
 #include "panels/PresetConstraints.h"
 #include "profiles/ProfileEdits.h"
 #include "profiles/ProfileListOperations.h"
+#include "profiles/ProfileName.h"
 #include "profilewindow/IconedCell.h"
 #include "profilewindow/KeyFilters.h"
-#include "profiles/ProfileEdits.h"
-#include "profiles/ProfileName.h"
 
 #include <array>
 #include <cstring>
