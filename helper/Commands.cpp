@@ -1,12 +1,13 @@
 #include "Commands.h"
 
-#include "Account.h"
-#include "Arguments.h"
 #include "ListCommands.h"
 #include "Permission.h"
 #include "Staging.h"
 #include "WalkStart.h"
+#include "profiles/HelperChannel.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <exception>
 #include <unistd.h>
 
@@ -15,88 +16,67 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kUsageError = 2;
 
-constexpr std::string_view kHelp =
-    "usage: R4270Helper COMMAND PARAMETER...\n"
-    "\n"
-    "Changes the calling user's profile lists of the R4270 printer driver. The driver's\n"
-    "print dialog panel and profilectl start it; there is no need to do so by hand.\n"
-    "\n"
-    "  writeDataToPlistFile_XPC URL PIECE       stage one piece of a new list\n"
-    "  writeDataToPlistFileRename_XPC URL       make the staged pieces the list\n"
-    "  velPListIsAdminProfile_XPC PATH          may this user manage his lists?\n"
-    "  velPListSwapProfile_XPC MODE PATH COPY   2: keep a copy, 3: put the copy back\n"
-    "  velPListExistProfile_XPC PATH            is there a list?\n"
-    "  velPListRemove_XPC PATH                  remove the list or its copy\n"
-    "  mibwalk_XPC R4270 LOGIN ARGUMENT...      read the printer's profile table\n"
-    "\n"
-    "Answers COMMAND=TRUE (exit status 0) or COMMAND=FALSE (1); 2: no such command.\n";
-
-constexpr std::string_view kVersion = "R4270Helper " PDE_VERSION "\n";
-
-using Parameters = const char* const*;
-
-Outcome writePiece(const Account& account, Parameters parameters)
+bool isUrlOfList(const Account& account, const char* url)
 {
-    if (!isFileUrlOf(parameters[0], account.currentPath))
-        return Outcome::kForeignPath;
-    return *parameters[1] == '\0' ? Outcome::kWrongParameters : stagePiece(account, parameters[1]);
+    return url == fileUrl(account.currentPath);
 }
 
-Outcome renameList(const Account& account, Parameters parameters)
+Reply writePiece(const Account& account, Parameters parameters)
 {
-    return isFileUrlOf(parameters[0], account.currentPath) ? publishStagedList(account) : Outcome::kForeignPath;
+    if (!isUrlOfList(account, parameters[0]))
+        return kForeignPath;
+    return *parameters[1] == '\0' ? kWrongParameters : stagePiece(account, parameters[1]);
 }
 
-Outcome askPermission(const Account& account, Parameters parameters)
+Reply renameList(const Account& account, Parameters parameters)
 {
-    return parameters[0] == account.currentPath ? Outcome::kDone : Outcome::kForeignPath;
+    return isUrlOfList(account, parameters[0]) ? publishStagedList(account) : kForeignPath;
 }
 
-Outcome swap(const Account& account, Parameters parameters)
+Reply askPermission(const Account& account, Parameters parameters)
 {
-    std::optional<int> mode = decimalNumber(parameters[0]);
-    if (!mode)
-        return Outcome::kWrongParameters;
-    bool own = parameters[1] == account.currentPath && parameters[2] == account.previousPath;
-    return own ? swapLists(account, *mode) : Outcome::kForeignPath;
+    return parameters[0] == account.currentPath ? kDone : kForeignPath;
 }
 
-Outcome askExistence(const Account& account, Parameters parameters)
+Reply swap(const Account& account, Parameters parameters)
 {
-    return parameters[0] == account.currentPath ? currentListExists(account) : Outcome::kForeignPath;
+    if (parameters[1] != account.currentPath || parameters[2] != account.previousPath)
+        return kForeignPath;
+    std::string_view mode = parameters[0];
+    if (mode == kKeepPreviousCopy)
+        return copyList(account, account.currentName, account.previousName);
+    return mode == kPutBackPreviousCopy ? copyList(account, account.previousName, account.currentName)
+                                        : kNoSuchMode;
 }
 
-Outcome remove(const Account& account, Parameters parameters)
+Reply askExistence(const Account& account, Parameters parameters)
+{
+    return parameters[0] == account.currentPath ? currentListExists(account) : kForeignPath;
+}
+
+Reply remove(const Account& account, Parameters parameters)
 {
     if (parameters[0] == account.currentPath)
         return removeList(account, account.currentName);
-    return parameters[0] == account.previousPath ? removeList(account, account.previousName)
-                                                 : Outcome::kForeignPath;
+    return parameters[0] == account.previousPath ? removeList(account, account.previousName) : kForeignPath;
 }
 
-Outcome walk(const Account& account, Parameters parameters)
+Reply walk(const Account& account, Parameters parameters)
 {
-    return areWalkParameters(parameters, account.login) ? startWalk(account, parameters[kWalkHost])
-                                                        : Outcome::kWrongParameters;
+    std::string host = parameters[kWalkHost];
+    std::vector<std::string> command = walkCommand(account.login, host);
+    bool fixed = std::equal(parameters.begin(), parameters.end(), command.begin() + 1, command.end());
+    return fixed && isHostAddress(host) ? startWalk(account, command) : kWrongParameters;
 }
-
-enum class Who { kAdministrators, kAnybody };
-
-struct Command {
-    std::string_view name;
-    int parameters;
-    Outcome (*run)(const Account&, Parameters);
-    Who mayRun = Who::kAdministrators; ///< asked before `run`, so that no command can forget to
-};
 
 constexpr Command kCommands[] = {
-    {"writeDataToPlistFile_XPC", 2, writePiece},
-    {"writeDataToPlistFileRename_XPC", 1, renameList},
-    {"velPListIsAdminProfile_XPC", 1, askPermission},
-    {"velPListSwapProfile_XPC", 3, swap},
-    {"velPListExistProfile_XPC", 1, askExistence, Who::kAnybody},
-    {"velPListRemove_XPC", 1, remove},
-    {"mibwalk_XPC", kWalkParameters, walk},
+    {kWritePieceCommand, 2, writePiece, "URL PIECE", "stage one piece of a new list"},
+    {kRenameCommand, 1, renameList, "URL", "make the staged pieces the list"},
+    {kAdministratorCommand, 1, askPermission, "PATH", "may this user manage his lists?"},
+    {kSwapCommand, 3, swap, "MODE PATH COPY", "2: keep a copy, 3: put the copy back"},
+    {kExistCommand, 1, askExistence, "PATH", "is there a list?", Who::kAnybody},
+    {kRemoveCommand, 1, remove, "PATH", "remove the list or its copy"},
+    {kWalkCommand, kWalkParameters, walk, "R4270 LOGIN ARGUMENT...", "read the printer's profile table"},
 };
 
 // A reader that has gone loses the reply; what was done on the disk stays.
@@ -110,43 +90,60 @@ void print(int file, std::string_view text)
     }
 }
 
-Outcome run(const Command& command, int count, Parameters parameters)
+std::string help()
+{
+    std::string text = "usage: R4270Helper COMMAND PARAMETER...\n"
+                       "\n"
+                       "Changes the calling user's profile lists of the R4270 printer driver. The driver's\n"
+                       "print dialog panel and profilectl start it; there is no need to do so by hand.\n"
+                       "\n";
+    for (const Command& command : kCommands) {
+        char line[128];
+        std::string call = std::string(command.name) + " " + command.usage;
+        snprintf(line, sizeof line, "  %-40s %s\n", call.c_str(), command.purpose);
+        text += line;
+    }
+    return text + "\nAnswers COMMAND=TRUE (exit status 0) or COMMAND=FALSE (1); 2: no such command.\n";
+}
+
+Reply run(const Command& command, Parameters parameters)
 {
     try {
-        if (count != command.parameters)
-            return Outcome::kWrongParameters;
+        if (parameters.size() != command.parameters)
+            return kWrongParameters;
         std::optional<Account> account = callingAccount();
         if (!account)
-            return Outcome::kNoAccount;
+            return kNoAccount;
         if (command.mayRun == Who::kAdministrators && !mayManageLists(*account))
-            return Outcome::kNotPermitted;
+            return kNotPermitted;
         return command.run(*account, parameters);
     } catch (const std::exception&) {
-        return Outcome::kFileError; // out of memory
+        return kFileError; // out of memory
     }
 }
 
 } // namespace
 
+std::span<const Command> commands()
+{
+    return kCommands;
+}
+
 int runHelper(int argc, const char* const* argv)
 {
     std::string_view name = argc > 1 ? argv[1] : "";
-    if (argc == 2 && name == "--help") {
-        print(STDOUT_FILENO, kHelp);
-        return 0;
-    }
-    if (argc == 2 && name == "--version") {
-        print(STDOUT_FILENO, kVersion);
+    if (argc == 2 && (name == "--help" || name == "--version")) {
+        print(STDOUT_FILENO, name == "--help" ? help() : "R4270Helper " PDE_VERSION "\n");
         return 0;
     }
     for (const Command& command : kCommands) {
         if (command.name != name)
             continue;
-        Outcome outcome = run(command, argc - 2, argv + 2);
-        bool done = outcome == Outcome::kDone;
+        Reply reply = run(command, Parameters(argv + 2, static_cast<size_t>(argc - 2)));
+        bool done(reply.outcome);
         if (!done)
-            print(STDERR_FILENO, std::string("R4270Helper: ") + reasonFor(outcome) + "\n");
-        print(STDOUT_FILENO, std::string(name) + (done ? "=TRUE\n" : "=FALSE\n"));
+            print(STDERR_FILENO, std::string("R4270Helper: ") + reply.outcome.reason + "\n");
+        print(STDOUT_FILENO, command.name + (done ? reply.ending : kFailedEnding) + "\n");
         return done ? 0 : kFailed;
     }
     print(STDERR_FILENO, "R4270Helper: no such command; see R4270Helper --help\n");

@@ -9,110 +9,89 @@
 
 namespace {
 
-Outcome openLocked(const Account& account, ListFolder& folder)
+// Opens the folder, waits for the user's other commands, opens the file `name` and reads it.
+Outcome readLocked(const Account& account, const std::string& name, Outcome whenAbsent, ListFolder& folder,
+                   Descriptor& file, std::string& text)
 {
     RootScope root;
-    Outcome outcome = folder.open(account);
-    return outcome == Outcome::kDone ? folder.lock() : outcome;
-}
-
-Outcome readOwnFile(const ListFolder& folder, const std::string& name, Outcome whenAbsent, std::string& text)
-{
+    if (Outcome outcome = folder.openLocked(account); !outcome)
+        return outcome;
     if (stateOf(folder, name) == NameState::kAbsent)
         return whenAbsent;
-    Descriptor file = openOwnFile(folder, name, O_RDONLY);
-    return file ? readAll(file, text) : Outcome::kUnsafeFile;
+    file = openOwnFile(folder, name, O_RDONLY);
+    return file ? readAll(file, text) : kUnsafeFile;
 }
 
-Outcome copyOver(const ListFolder& folder, const std::string& text, const std::string& to)
+Outcome absent(const Account& account, const std::string& name)
 {
-    std::string copy = ".R4270-copy-" + std::to_string(getuid());
-    Descriptor file = makeOwnFile(folder, copy);
-    Outcome outcome = file && writeAll(file, text) ? publish(folder, file, copy, to) : Outcome::kFileError;
-    if (outcome != Outcome::kDone)
-        (void)removeOwnFile(folder, copy); // the next swap would replace it anyway
-    return outcome;
+    return name == account.currentName ? kNoList : kNoPreviousCopy;
 }
 
 } // namespace
 
 Outcome publishStagedList(const Account& account)
 {
-    ListFolder folder;
-    if (Outcome outcome = openLocked(account, folder); outcome != Outcome::kDone)
-        return outcome;
-    std::string name;
-    std::string text;
-    Descriptor file;
+    std::optional<std::string> name;
     {
         RootScope root;
-        std::optional<std::string> staged = stagingName();
-        if (!staged)
-            return Outcome::kNoCaller;
-        name = *staged;
-        if (stateOf(folder, name) == NameState::kAbsent)
-            return Outcome::kNoWriteBegun;
-        file = openOwnFile(folder, name, O_RDONLY);
-        if (!file)
-            return Outcome::kUnsafeFile;
-        if (Outcome outcome = readAll(file, text); outcome != Outcome::kDone)
-            return outcome;
+        name = stagingName();
     }
+    if (!name)
+        return kNoCaller;
+    ListFolder folder;
+    Descriptor file;
+    std::string text;
+    if (Outcome outcome = readLocked(account, *name, kNoWriteBegun, folder, file, text); !outcome)
+        return outcome;
     // The parser sees what the user sent, so it works with the user's rights.
     bool valid = isListFileText(text);
     RootScope root;
     if (valid)
-        return publish(folder, file, name, account.currentName);
-    (void)removeOwnFile(folder, name); // what stays would be refused again
-    return Outcome::kNotAProfileList;
+        return publish(folder, file, *name, account.currentName);
+    (void)removeOwnFile(folder, *name); // what stays would be refused again
+    return kNotAProfileList;
 }
 
-Outcome swapLists(const Account& account, int mode)
+Outcome copyList(const Account& account, const std::string& from, const std::string& to)
 {
-    if (mode != kKeepPreviousCopy && mode != kPutBackPreviousCopy)
-        return Outcome::kNoSuchMode;
-    bool keep = mode == kKeepPreviousCopy;
-    const std::string& from = keep ? account.currentName : account.previousName;
-    const std::string& to = keep ? account.previousName : account.currentName;
     ListFolder folder;
-    if (Outcome outcome = openLocked(account, folder); outcome != Outcome::kDone)
-        return outcome;
+    Descriptor file;
     std::string text;
-    {
-        RootScope root;
-        Outcome whenAbsent = keep ? Outcome::kNoList : Outcome::kNoPreviousCopy;
-        Outcome outcome = readOwnFile(folder, from, whenAbsent, text);
-        if (outcome != Outcome::kDone)
-            return outcome;
-    }
-    if (!keep && !isListFileText(text))
-        return Outcome::kNotAProfileList;
+    if (Outcome outcome = readLocked(account, from, absent(account, from), folder, file, text); !outcome)
+        return outcome;
+    if (to == account.currentName && !isListFileText(text))
+        return kNotAProfileList;
     RootScope root;
-    return copyOver(folder, text, to);
+    std::string name = ".R4270-copy-" + std::to_string(getuid());
+    Descriptor copy = makeOwnFile(folder, name);
+    Outcome outcome = copy && writeAll(copy, text) ? publish(folder, copy, name, to) : kFileError;
+    if (!outcome)
+        (void)removeOwnFile(folder, name); // the next copy would replace it anyway
+    return outcome;
 }
 
 Outcome currentListExists(const Account& account)
 {
     RootScope root;
     ListFolder folder;
-    if (Outcome outcome = folder.open(account); outcome != Outcome::kDone)
+    if (Outcome outcome = folder.open(account); !outcome)
         return outcome;
-    return stateOf(folder, account.currentName) == NameState::kOwnFile ? Outcome::kDone : Outcome::kNoList;
+    return stateOf(folder, account.currentName) == NameState::kOwnFile ? kDone : kNoList;
 }
 
 Outcome removeList(const Account& account, const std::string& name)
 {
-    ListFolder folder;
-    if (Outcome outcome = openLocked(account, folder); outcome != Outcome::kDone)
-        return outcome;
     RootScope root;
+    ListFolder folder;
+    if (Outcome outcome = folder.openLocked(account); !outcome)
+        return outcome;
     switch (stateOf(folder, name)) {
     case NameState::kAbsent:
-        return name == account.currentName ? Outcome::kNoList : Outcome::kNoPreviousCopy;
+        return absent(account, name);
     case NameState::kSomethingElse:
-        return Outcome::kUnsafeFile;
+        return kUnsafeFile;
     case NameState::kOwnFile:
         break;
     }
-    return removeOwnFile(folder, name) ? Outcome::kDone : Outcome::kFileError;
+    return removeOwnFile(folder, name) ? kDone : kFileError;
 }

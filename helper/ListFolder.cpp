@@ -1,6 +1,8 @@
 #include "ListFolder.h"
 
 #include "Process.h"
+#include "profiles/BuildKind.h"
+#include "profiles/HelperProtocol.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -11,20 +13,12 @@
 
 namespace {
 
-#ifdef PDE_DEV_ROOT
-// Above it are the developer's own folders, of which nothing is asked.
-constexpr std::string_view kFirstCheckedFolder = "/Library/Printers/";
-constexpr mode_t kForbiddenFolderBits = S_IWOTH;
-#else
-constexpr mode_t kForbiddenFolderBits = S_IWGRP | S_IWOTH;
-#endif
-
 constexpr timespec kLockPause = {0, 2'000'000};
 constexpr int kLockTries = 2000;
 
 bool isTrustedOwner(uid_t owner)
 {
-    return owner == privilegedUser() || owner == 0;
+    return owner == ownerOfLists() || owner == 0;
 }
 
 Descriptor openFolderAt(int above, const char* name)
@@ -56,38 +50,34 @@ auto untilNotInterrupted(Call call)
 Outcome ListFolder::open(const Account& account)
 {
     std::string_view left = account.folder;
-#ifdef PDE_DEV_ROOT
-    size_t checked = left.rfind(kFirstCheckedFolder);
-    if (checked == std::string_view::npos)
-        return Outcome::kUnsafeFolder;
-    std::string start = std::string(left.substr(0, checked)) + "/";
-    folder_ = Descriptor(::open(start.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    left.remove_prefix(checked);
-#else
-    folder_ = openFolderAt(AT_FDCWD, "/");
-#endif
+    std::string start(left.substr(0, uncheckedLength(left)));
+    left.remove_prefix(start.size());
+    folder_ = start.empty() ? openFolderAt(AT_FDCWD, "/")
+                            : Descriptor(::open(start.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     while (folder_ && !left.empty()) {
         left.remove_prefix(1);
         std::string name(left.substr(0, left.find('/')));
         left.remove_prefix(name.size());
         folder_ = openFolderAt(folder_.get(), name.c_str());
     }
-    return folder_ ? Outcome::kDone : Outcome::kUnsafeFolder;
+    return folder_ ? kDone : kUnsafeFolder;
 }
 
-Outcome ListFolder::lock()
+Outcome ListFolder::openLocked(const Account& account)
 {
+    if (Outcome outcome = open(account); !outcome)
+        return outcome;
     lock_ = openLockFile(*this, ".R4270-lock-" + std::to_string(getuid()));
     if (!lock_)
-        return Outcome::kUnsafeFile;
+        return kUnsafeFile;
     for (int i = 0; i < kLockTries; ++i) {
         if (flock(lock_.get(), LOCK_EX | LOCK_NB) == 0)
-            return Outcome::kDone;
+            return kDone;
         if (errno != EWOULDBLOCK && errno != EINTR)
-            return Outcome::kFileError;
+            return kFileError;
         nanosleep(&kLockPause, nullptr);
     }
-    return Outcome::kBusy;
+    return kBusy;
 }
 
 NameState stateOf(const ListFolder& folder, const std::string& name)
@@ -115,7 +105,7 @@ Descriptor makeOwnFile(const ListFolder& folder, const std::string& name)
     Descriptor file(openat(folder.descriptor(), name.c_str(),
                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     // A new file has the caller's group, which is nobody's business here.
-    if (!file || (privilegedUser() == 0 && fchown(file.get(), 0, 0) != 0))
+    if (!file || (ownerOfLists() == 0 && fchown(file.get(), 0, 0) != 0))
         return {};
     return file;
 }
@@ -158,9 +148,9 @@ Outcome readAll(const Descriptor& file, std::string& text)
 {
     struct stat found = {};
     if (fstat(file.get(), &found) != 0)
-        return Outcome::kFileError;
-    if (static_cast<uintmax_t>(found.st_size) > kLargestList)
-        return Outcome::kTooLarge;
+        return kFileError;
+    if (static_cast<uintmax_t>(found.st_size) > kLongestListFile)
+        return kTooLarge;
     text.resize(static_cast<size_t>(found.st_size));
     size_t done = 0;
     while (done < text.size()) {
@@ -168,22 +158,22 @@ Outcome readAll(const Descriptor& file, std::string& text)
             return pread(file.get(), text.data() + done, text.size() - done, static_cast<off_t>(done));
         });
         if (count <= 0)
-            return Outcome::kFileError;
+            return kFileError;
         done += static_cast<size_t>(count);
     }
-    return Outcome::kDone;
+    return kDone;
 }
 
 Outcome publish(const ListFolder& folder, const Descriptor& file, const std::string& from,
                 const std::string& to)
 {
     if (stateOf(folder, to) == NameState::kSomethingElse)
-        return Outcome::kUnsafeFile;
+        return kUnsafeFile;
     if (fchmod(file.get(), 0644) != 0 || untilNotInterrupted([&] { return fsync(file.get()); }) != 0 ||
         renameat(folder.descriptor(), from.c_str(), folder.descriptor(), to.c_str()) != 0)
-        return Outcome::kFileError;
+        return kFileError;
     // The new file stands; that only a power loss could still undo it is worth a word, not a failure.
     if (untilNotInterrupted([&] { return fsync(folder.descriptor()); }) != 0)
         fputs("R4270Helper: the preferences folder could not be flushed to disk\n", stderr);
-    return Outcome::kDone;
+    return kDone;
 }

@@ -11,21 +11,17 @@
 // The preferences folder and the files in it. All calls are made inside a RootScope. A name is always one of
 // the helper's own, relative to the open folder.
 
-/// Larger than any profile list; nothing longer is read or written.
-inline constexpr size_t kLargestList = 4 << 20;
-
 /// The preferences folder, reached from the root folder by descriptor without following a link, so that
 /// nothing on the way can be changed under the helper.
 class ListFolder {
 public:
-    /// kUnsafeFolder when a folder on the way is missing, is a link, belongs to another than the privileged
-    /// user, or may be written by others. In a development build that holds from /Library/Printers below
-    /// the development root, and the folders may be the caller's and writable for his group.
+    /// kUnsafeFolder when a folder on the checked way (see BuildKind.h) is missing, is a link, belongs to
+    /// another than the owner of the lists or root, or may be written by others.
     Outcome open(const Account& account);
 
-    /// Waits until no other command of the calling user is at work, for a few seconds at most, then kBusy.
-    /// The kernel frees the lock when the process ends, however it ends.
-    Outcome lock();
+    /// Then waits until no other command of the calling user is at work, for a few seconds at most, then
+    /// kBusy. The kernel frees the lock when the process ends, however it ends.
+    Outcome openLocked(const Account& account);
 
     int descriptor() const { return folder_.get(); }
 
@@ -34,7 +30,8 @@ private:
     Descriptor lock_;
 };
 
-/// What stands at a name of the folder. kOwnFile: a regular file of the privileged user, with one name.
+/// What stands at a name of the folder. kOwnFile: a regular file of the owner of the lists or root, with one
+/// name.
 enum class NameState { kAbsent, kOwnFile, kSomethingElse };
 NameState stateOf(const ListFolder& folder, const std::string& name);
 
@@ -52,7 +49,7 @@ bool removeOwnFile(const ListFolder& folder, const std::string& name);
 
 bool writeAll(const Descriptor& file, std::string_view text);
 
-/// kTooLarge past kLargestList, kFileError when reading fails.
+/// kTooLarge past kLongestListFile, kFileError when reading fails.
 Outcome readAll(const Descriptor& file, std::string& text);
 
 /// Makes the complete file `from`, open as `file`, durable and readable for everybody, then puts it in the

@@ -1,27 +1,27 @@
 #pragma once
 
-/// How a command ended: kDone, or the one reason why it was refused or failed.
-enum class Outcome {
-    kDone,
-    kWrongParameters,
-    kForeignPath,
-    kNoAccount,
-    kNotPermitted,
-    kUnsafeFolder,
-    kUnsafeFile,
-    kBusy,
-    kNoCaller,
-    kNoWriteBegun,
-    kTooManyWrites,
-    kTooLarge,
-    kNotAProfileList,
-    kNoList,
-    kNoPreviousCopy,
-    kNoSuchMode,
-    kFileError,
-    kNoWalker,
+/// How a command ended: done, or one sentence for standard error why it was refused or failed. The sentence
+/// never holds anything that the caller or the disk said, so that a refusal tells nobody what exists.
+struct Outcome {
+    const char* reason = nullptr; ///< null when done
+    explicit operator bool() const { return reason == nullptr; }
 };
 
-/// One sentence for standard error. It never holds anything that the caller or the disk said, so that a
-/// refusal tells nobody what exists.
-const char* reasonFor(Outcome outcome);
+inline constexpr Outcome kDone;
+inline constexpr Outcome kWrongParameters{"wrong parameters"};
+inline constexpr Outcome kForeignPath{"not a file of this user's profile lists"};
+inline constexpr Outcome kNoAccount{"no usable account for the calling user"};
+inline constexpr Outcome kNotPermitted{"this user may not manage profile lists"};
+inline constexpr Outcome kUnsafeFolder{"the preferences folder is missing or can be changed by others"};
+inline constexpr Outcome kUnsafeFile{"something that is not a profile list stands in its place"};
+inline constexpr Outcome kBusy{"another command of this user is still at work"};
+inline constexpr Outcome kNoCaller{"the calling process cannot be identified"};
+inline constexpr Outcome kNoWriteBegun{"no write has been begun"};
+inline constexpr Outcome kTooManyWrites{"too many writes are under way"};
+inline constexpr Outcome kTooLarge{"too large for a profile list"};
+inline constexpr Outcome kNotAProfileList{"what was written is not a profile list"};
+inline constexpr Outcome kNoList{"there is no profile list yet"};
+inline constexpr Outcome kNoPreviousCopy{"there is no previous copy of a profile list"};
+inline constexpr Outcome kNoSuchMode{"this mode does nothing"};
+inline constexpr Outcome kFileError{"a file operation failed"};
+inline constexpr Outcome kNoWalker{"the walk is not available"};

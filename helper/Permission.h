@@ -3,7 +3,7 @@
 #include "Account.h"
 
 /// True when the calling user may manage profile lists: he is root or a member of the administrators' group
-/// (PDE_ADMIN_GROUP, by its exact name); in a development build also when he owns the preferences folder.
+/// (PDE_ADMIN_GROUP, by its exact name); or counts as one by isAdministratorByFolder.
 /// The group database is asked, not the process, whose groups its caller may have chosen. When a question
 /// cannot be answered the answer is no.
 bool mayManageLists(const Account& account);

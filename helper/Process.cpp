@@ -1,7 +1,8 @@
 #include "Process.h"
 
+#include "profiles/BuildKind.h"
+
 #include <array>
-#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -20,51 +21,37 @@ uid_t privileged = static_cast<uid_t>(-1);
 
 struct Limit {
     __rlimit_resource resource;
+    rlimit wanted;
     rlimit caller;
 };
-// Too low, each of these would stop a write half-way.
-std::array<Limit, 7> limits = {{{RLIMIT_FSIZE, {}},
-                                {RLIMIT_NOFILE, {}},
-                                {RLIMIT_CPU, {}},
-                                {RLIMIT_AS, {}},
-                                {RLIMIT_DATA, {}},
-                                {RLIMIT_STACK, {}},
-                                {RLIMIT_CORE, {}}}};
+constexpr rlimit kNone = {RLIM_INFINITY, RLIM_INFINITY};
+// Too low, each of these would stop a write half-way; a core file would show root's memory.
+std::array<Limit, 7> limits = {{{RLIMIT_FSIZE, kNone, {}},
+                                {RLIMIT_NOFILE, {256, 256}, {}},
+                                {RLIMIT_CPU, kNone, {}},
+                                {RLIMIT_AS, kNone, {}},
+                                {RLIMIT_DATA, kNone, {}},
+                                {RLIMIT_STACK, {8 << 20, RLIM_INFINITY}, {}},
+                                {RLIMIT_CORE, {0, 0}, {}}}};
 
-void clearEnvironment()
+void replaceEnvironment()
 {
-#ifdef PDE_DEV_ROOT
-    // Where a development build has its files, and where the tests' printer listens.
-    std::vector<std::pair<const char*, std::string>> kept;
-    for (const char* name : {"PDE_ROOT", "SNMPCONFPATH", "SNMP_PERSISTENT_DIR", "MIBS"})
-        if (const char* value = getenv(name))
-            kept.emplace_back(name, value);
-#endif
+    static std::vector<std::string> environment = keptEnvironment();
     clearenv();
-    setenv("PATH", "/usr/bin:/bin", 1);
-    setenv("LC_ALL", "C", 1);
-#ifdef PDE_DEV_ROOT
-    for (const auto& [name, value] : kept)
-        setenv(name, value.c_str(), 1);
-#endif
+    environment.insert(environment.end(), {"PATH=/usr/bin:/bin", "LC_ALL=C"});
+    for (std::string& entry : environment)
+        putenv(entry.data());
 }
 
 void raiseLimits()
 {
     for (Limit& limit : limits) {
         getrlimit(limit.resource, &limit.caller);
-        rlimit wanted = {RLIM_INFINITY, RLIM_INFINITY};
-        if (limit.resource == RLIMIT_CORE)
-            wanted = {0, 0};
-        else if (limit.resource == RLIMIT_NOFILE)
-            wanted = {256, 256};
-        else if (limit.resource == RLIMIT_STACK)
-            wanted = {8 << 20, RLIM_INFINITY};
-        if (setrlimit(limit.resource, &wanted) == 0)
+        if (setrlimit(limit.resource, &limit.wanted) == 0)
             continue;
         // Not root: as far as the caller's own ceiling allows.
-        wanted = {limit.caller.rlim_max, limit.caller.rlim_max};
-        (void)setrlimit(limit.resource, &wanted);
+        rlimit ceiling = {limit.caller.rlim_max, limit.caller.rlim_max};
+        (void)setrlimit(limit.resource, &ceiling);
     }
 }
 
@@ -105,13 +92,11 @@ void settleSignals()
 
 bool settleProcess()
 {
-    clearEnvironment();
+    replaceEnvironment();
     privileged = geteuid();
-#ifdef PDE_DEV_ROOT
-    // A development build reads a variable of its caller, so it must never be set-id.
-    if (privileged != getuid() || getegid() != getgid())
+    bool isSetId = privileged != getuid() || getegid() != getgid();
+    if (isSetId && privileged != ownerOfLists())
         return false;
-#endif
     raiseLimits();
     if (!settleDescriptors())
         return false;
@@ -132,11 +117,6 @@ RootScope::~RootScope()
 {
     if (seteuid(getuid()) != 0)
         _exit(1);
-}
-
-uid_t privilegedUser()
-{
-    return privileged;
 }
 
 bool becomeRealUser()

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <sys/types.h>
-
 /// Frees the process from everything that its caller chose: environment, limits, open files, signals and
 /// timers, file mode mask, working directory. From then on it is not dumpable, ends after kDeadlineSeconds
-/// at the latest, and works as the real user; see RootScope. False when it cannot: then it must end at once.
+/// at the latest, and works as the real user; see RootScope. False when it cannot, or has the rights of
+/// another than the owner of the lists: then it must end at once.
 ///
 /// The real user id stays the caller's, so he can stop or kill his own helper. That harms nobody but him:
 /// locks are a user's own and end with the process, and every file is replaced in one step.
@@ -20,9 +19,6 @@ public:
     RootScope(const RootScope&) = delete;
     RootScope& operator=(const RootScope&) = delete;
 };
-
-/// The owner of the files that the helper writes: root, where it is installed.
-uid_t privilegedUser();
 
 /// Gives the caller back his limits, ends the deadline, and gives root up for good: the process is the real
 /// user's from then on and cannot go back. False when that failed; then it must end at once.

@@ -3,6 +3,7 @@
 
 #include "discovery/ProfileTableWalk.h"
 #include "profiles/DriverPaths.h"
+#include "profiles/HelperProtocol.h"
 
 #include <csignal>
 #include <cstdio>
@@ -25,9 +26,6 @@ constexpr char kUsage[] =
     "  --version  the version\n";
 
 enum ExitStatus { kDone = 0, kWalkFailed = 1, kWrongArguments = 2 };
-
-constexpr int kCommandArguments = 3; // command, model, login name
-constexpr int kWalkArguments = 8;
 
 // The walk ends by itself within two minutes. What follows are the helper's commands of one write, of ten
 // seconds at most each.
@@ -57,9 +55,7 @@ void limitSelf()
     constexpr Limit limits[] = {
         {RLIMIT_CORE, 0},
         {RLIMIT_NOFILE, 64},
-#ifndef PDE_SANITIZE
-        {RLIMIT_AS, rlim_t{256} << 20}, // the sanitizers map terabytes
-#endif
+        {RLIMIT_AS, PDE_WALKER_MEMORY},
     };
     for (const Limit& limit : limits) {
         rlimit both;
@@ -90,7 +86,7 @@ int walk(int argc, char* argv[])
         return refuse("standard output cannot be set aside");
     limitSelf();
     int result = mib_walk(argc, argv);
-    if (dprintf(reply, "mibwalk_XPC=iRet=%d\n", result) < 0)
+    if (dprintf(reply, "%s%s%d\n", kWalkCommand, kWalkEnding, result) < 0)
         return kWalkFailed;
     return result == 0 ? kDone : kWalkFailed;
 }
@@ -107,13 +103,11 @@ int main(int argc, char* argv[])
         puts("R4270Walker " PDE_VERSION);
         return kDone;
     }
-    if (argc != 1 + kCommandArguments + kWalkArguments)
+    if (argc != 2 + static_cast<int>(kWalkParameters))
         return refuse("wrong number of arguments");
-    if (strcmp(argv[1], "mibwalk_XPC") != 0 || strcmp(argv[2], "R4270") != 0)
-        return refuse("no such command or model");
+    if (std::vector<std::string>(argv + 1, argv + argc) != walkCommand(loginName(), argv[2 + kWalkHost]))
+        return refuse("not the walk of the user's own");
     if (getuid() != geteuid() || getgid() != getegid())
         return refuse("not to be installed set-id");
-    if (loginName().empty() || loginName() != argv[3])
-        return refuse("the login name is not that of the user");
-    return walk(kWalkArguments, argv + 1 + kCommandArguments);
+    return walk(argc - 1 - kWalkLine, argv + 1 + kWalkLine);
 }

@@ -1,6 +1,7 @@
 #include "Staging.h"
 
 #include "Process.h"
+#include "profiles/HelperProtocol.h"
 
 #include <charconv>
 #include <dirent.h>
@@ -27,15 +28,11 @@ std::optional<StartTime> startTimeOf(pid_t process)
     // The program's name may hold anything, so the fields are counted from its closing bracket.
     std::string_view rest(text, static_cast<size_t>(length));
     size_t name = rest.rfind(')');
-    if (name == std::string_view::npos || name + 2 > rest.size())
+    if (name == std::string_view::npos)
         return std::nullopt;
-    rest.remove_prefix(name + 2);
-    for (int field = kFieldAfterName; field < kStartTimeField; ++field) {
-        size_t blank = rest.find(' ');
-        if (blank == std::string_view::npos)
-            return std::nullopt;
-        rest.remove_prefix(blank + 1);
-    }
+    rest.remove_prefix(std::min(name + 2, rest.size()));
+    for (int field = kFieldAfterName; field < kStartTimeField; ++field)
+        rest.remove_prefix(rest.find(' ') + 1);
     StartTime start = 0;
     auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), start);
     return error == std::errc() ? std::optional(start) : std::nullopt;
@@ -46,17 +43,12 @@ std::string stagingPrefix()
     return ".R4270-staging-" + std::to_string(getuid()) + "-";
 }
 
-// Whether the process that a staging file belongs to has ended. A name that says nothing is nobody's.
-bool isAbandoned(std::string_view caller)
+std::optional<std::string> stagingNameOf(pid_t process)
 {
-    pid_t process = 0;
-    StartTime start = 0;
-    const char* end = caller.data() + caller.size();
-    auto [dash, error] = std::from_chars(caller.data(), end, process);
-    if (error != std::errc() || dash == end || *dash != '-' ||
-        std::from_chars(dash + 1, end, start).ptr != end)
-        return true;
-    return startTimeOf(process) != start;
+    std::optional<StartTime> start = startTimeOf(process);
+    if (!start)
+        return std::nullopt;
+    return stagingPrefix() + std::to_string(process) + "-" + std::to_string(*start);
 }
 
 // Removes the calling user's abandoned writes and counts the others.
@@ -76,7 +68,10 @@ int removeAbandonedWrites(const ListFolder& folder)
         std::string name = entry->d_name;
         if (!name.starts_with(prefix))
             continue;
-        if (!isAbandoned(std::string_view(name).substr(prefix.size())) || !removeOwnFile(folder, name))
+        // The file of a process that has ended is nobody's, and so is one whose name says nothing.
+        pid_t process = 0;
+        std::from_chars(name.data() + prefix.size(), name.data() + name.size(), process);
+        if (stagingNameOf(process) == name || !removeOwnFile(folder, name))
             ++alive;
     }
     return alive;
@@ -85,40 +80,36 @@ int removeAbandonedWrites(const ListFolder& folder)
 Outcome beginWrite(const ListFolder& folder, const std::string& name, Descriptor& file)
 {
     if (!removeOwnFile(folder, name))
-        return Outcome::kUnsafeFile;
+        return kUnsafeFile;
     if (removeAbandonedWrites(folder) >= kMostWrites)
-        return Outcome::kTooManyWrites;
+        return kTooManyWrites;
     file = makeOwnFile(folder, name);
-    return file ? Outcome::kDone : Outcome::kFileError;
+    return file ? kDone : kFileError;
 }
 
 Outcome continueWrite(const ListFolder& folder, const std::string& name, Descriptor& file)
 {
     if (stateOf(folder, name) == NameState::kAbsent)
-        return Outcome::kNoWriteBegun;
+        return kNoWriteBegun;
     file = openOwnFile(folder, name, O_WRONLY | O_APPEND);
-    return file ? Outcome::kDone : Outcome::kUnsafeFile;
+    return file ? kDone : kUnsafeFile;
 }
 
 Outcome append(const Descriptor& file, std::string_view piece)
 {
     struct stat written = {};
     if (fstat(file.get(), &written) != 0)
-        return Outcome::kFileError;
-    if (static_cast<size_t>(written.st_size) + piece.size() > kLargestList)
-        return Outcome::kTooLarge;
-    return writeAll(file, piece) ? Outcome::kDone : Outcome::kFileError;
+        return kFileError;
+    if (static_cast<size_t>(written.st_size) + piece.size() > kLongestListFile)
+        return kTooLarge;
+    return writeAll(file, piece) ? kDone : kFileError;
 }
 
 } // namespace
 
 std::optional<std::string> stagingName()
 {
-    pid_t caller = getppid();
-    std::optional<StartTime> start = startTimeOf(caller);
-    if (!start)
-        return std::nullopt;
-    return stagingPrefix() + std::to_string(caller) + "-" + std::to_string(*start);
+    return stagingNameOf(getppid());
 }
 
 Outcome stagePiece(const Account& account, std::string_view piece)
@@ -126,19 +117,16 @@ Outcome stagePiece(const Account& account, std::string_view piece)
     RootScope root;
     std::optional<std::string> name = stagingName();
     if (!name)
-        return Outcome::kNoCaller;
+        return kNoCaller;
     ListFolder folder;
-    Outcome outcome = folder.open(account);
-    if (outcome == Outcome::kDone)
-        outcome = folder.lock();
-    if (outcome != Outcome::kDone)
+    if (Outcome outcome = folder.openLocked(account); !outcome)
         return outcome;
     Descriptor file;
     bool begins = piece.starts_with(kFirstPieceMark);
-    outcome = begins ? beginWrite(folder, *name, file) : continueWrite(folder, *name, file);
-    if (outcome == Outcome::kDone)
+    Outcome outcome = begins ? beginWrite(folder, *name, file) : continueWrite(folder, *name, file);
+    if (outcome)
         outcome = append(file, piece);
-    if (outcome != Outcome::kDone)
+    if (!outcome)
         (void)removeOwnFile(folder, *name); // what stays is not a list, and rename would say so
     return outcome;
 }

@@ -1,11 +1,10 @@
 #include "WalkStart.h"
 
-#include "Arguments.h"
 #include "ListFolder.h"
 #include "Process.h"
 #include "profiles/DriverPaths.h"
 
-#include <array>
+#include <algorithm>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -14,42 +13,46 @@ extern char** environ;
 
 namespace {
 
-std::string walkerExecutable()
-{
-    std::string helper = helperExecutable();
-    return helper.substr(0, helper.rfind('/') + 1) + "R4270Walker";
-}
-
 Outcome lockTheWalk(const Account& account, Descriptor& lock)
 {
     RootScope root;
     ListFolder folder;
-    if (Outcome outcome = folder.open(account); outcome != Outcome::kDone)
+    if (Outcome outcome = folder.open(account); !outcome)
         return outcome;
     lock = openLockFile(folder, ".R4270-walk-" + std::to_string(getuid()));
     if (!lock)
-        return Outcome::kUnsafeFile;
+        return kUnsafeFile;
     if (flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
-        return Outcome::kBusy;
-    return fcntl(lock.get(), F_SETFD, 0) == 0 ? Outcome::kDone : Outcome::kFileError;
+        return kBusy;
+    return fcntl(lock.get(), F_SETFD, 0) == 0 ? kDone : kFileError;
 }
 
 } // namespace
 
-Outcome startWalk(const Account& account, const char* host)
+bool isHostAddress(std::string_view text)
+{
+    constexpr size_t kLongestHost = 253;
+    return !text.empty() && text.size() <= kLongestHost && text.front() != '-' &&
+           std::all_of(text.begin(), text.end(), [](char c) {
+               return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                      c == '.' || c == '-';
+           });
+}
+
+Outcome startWalk(const Account& account, std::vector<std::string> command)
 {
     Descriptor lock;
-    if (Outcome outcome = lockTheWalk(account, lock); outcome != Outcome::kDone)
+    if (Outcome outcome = lockTheWalk(account, lock); !outcome)
         return outcome;
-    std::string walker = walkerExecutable();
-    std::array<const char*, kWalkParameters + 3> arguments = {walker.c_str(), "mibwalk_XPC"};
-    for (size_t i = 0; i < kWalkParameters; ++i)
-        arguments[i + 2] = kWalkArguments[i];
-    arguments[kWalkLogin + 2] = account.login.c_str();
-    arguments[kWalkHost + 2] = host;
+    std::string helper = helperExecutable();
+    command.insert(command.begin(), helper.substr(0, helper.rfind('/') + 1) + "R4270Walker");
+    std::vector<char*> arguments;
+    for (std::string& argument : command)
+        arguments.push_back(argument.data());
+    arguments.push_back(nullptr);
     if (!becomeRealUser())
         _exit(1);
     // The environment is the one that settleProcess made.
-    execve(walker.c_str(), const_cast<char* const*>(arguments.data()), environ);
-    return Outcome::kNoWalker;
+    execve(arguments[0], arguments.data(), environ);
+    return kNoWalker;
 }

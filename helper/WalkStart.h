@@ -3,8 +3,13 @@
 #include "Account.h"
 #include "Outcome.h"
 
+#include <vector>
+
+/// A dotted address or a host name: 1 to 253 letters, digits, "." and "-", the first one not "-".
+bool isHostAddress(std::string_view text);
+
 /// Becomes the walker, the program R4270Walker beside the helper, as the real user, in an environment of its
-/// own, with the arguments of a walk of the printer at `host`. It answers in the helper's place. One walk a
+/// own, with `command` as its arguments: a checked walk command. It answers in the helper's place. One walk a
 /// user at a time: the walker inherits a locked file as its only extra descriptor. Returns only when that
 /// failed, with root given up for good unless another walk is at work (kBusy).
-Outcome startWalk(const Account& account, const char* host);
+Outcome startWalk(const Account& account, std::vector<std::string> command);

@@ -36,7 +36,7 @@ void forEachSelected(ProfileLists& lists, const Selection& selection, Change cha
 
 std::string readInput(const std::string& path)
 {
-    constexpr std::streamsize kLongest = static_cast<std::streamsize>(kMaxPropertyListSize);
+    constexpr std::streamsize kLongest = static_cast<std::streamsize>(kLongestListFile);
     std::ifstream file;
     if (path != "-")
         file.open(path, std::ios::binary);

@@ -1,6 +1,5 @@
-#include "Account.h"
-#include "Arguments.h"
 #include "Commands.h"
+#include "WalkStart.h"
 #include "helper/HelperTest.h"
 
 #include <sys/wait.h>
@@ -8,68 +7,16 @@
 
 namespace fs = std::filesystem;
 
-namespace {
-
-Strings walkArguments(const std::string& host)
+TEST(HelperArguments, TakesOnlyHostNamesAndDottedAddresses)
 {
-    Strings all;
-    for (int i = 0; i < kWalkParameters; ++i)
-        all.push_back(i == kWalkLogin ? "anna" : i == kWalkHost ? host : kWalkArguments[i]);
-    return all;
-}
-
-bool isAccepted(const Strings& walk)
-{
-    std::vector<const char*> parameters;
-    for (const std::string& each : walk)
-        parameters.push_back(each.c_str());
-    return areWalkParameters(parameters.data(), "anna");
-}
-
-} // namespace
-
-TEST(HelperArguments, TakesOnlyTheFileUrlOfExactlyThePath)
-{
-    std::string path = "/a b/x.y";
-    for (const char* url : {"file:///a%20b/x.y", "file:///%61%20b/x%2ey"})
-        EXPECT_TRUE(isFileUrlOf(url, path)) << url;
-    for (const std::string& url :
-         words("/a%20b/x.y file:/a%20b/x.y FILE:///a%20b/x.y file:////a%20b/x.y file://localhost/a%20b/x.y "
-               "file:///a+b/x.y file:///a%2520b/x.y file:///a%20b%2Fx.y file:///a%20b/x.y%00 "
-               "file:///a%20b/x.y?q file:///a%20b/x.y#f file:///a%20b/x.y% file:///a%20b/x.y%4 "
-               "file:///a%20b/x.y%GG file:///a%20b/./x.y file:///a%20b/X.y file:///a%20b/x."))
-        EXPECT_FALSE(isFileUrlOf(url, path)) << url;
-    for (const char* url : {"", "file://", "file:///a b/x.y", "file:///a%20b/x.y\n"})
-        EXPECT_FALSE(isFileUrlOf(url, path)) << url;
-    EXPECT_FALSE(isFileUrlOf("file://", ""));
-}
-
-TEST(HelperArguments, TakesOnlyADecimalNumberAsItIsPrinted)
-{
-    EXPECT_EQ(decimalNumber("2"), 2);
-    EXPECT_EQ(decimalNumber("-5"), -5);
-    for (const char* text : {"", " 2", "2 ", "+2", "02", "2.0", "0x2", "2a", "99999999999", "-", "-0"})
-        EXPECT_FALSE(decimalNumber(text)) << text;
-}
-
-TEST(HelperArguments, TakesOnlyTheFixedWalkOfTheCallersOwn)
-{
-    for (const char* host : {"127.0.0.1", "printer-1.example.com", "a"})
-        EXPECT_TRUE(isAccepted(walkArguments(host))) << host;
+    for (const std::string& host : Strings{"127.0.0.1", "printer-1.example.com", "a", std::string(253, 'a')})
+        EXPECT_TRUE(isHostAddress(host)) << host;
     for (const std::string host :
          {"",       "-Lf",   "-",   "--help", "-d",  "unix:/tmp/x", "tcp:1.2.3.4", "1.2.3.4:161", "host name",
           "host\n", "$(id)", "a/b", "../x",   "a_b", "[::1]",       "::1",         "h\xC3\xB6st", "a%b",
           "a,b",    "@"})
-        EXPECT_FALSE(isAccepted(walkArguments(host))) << host;
-    EXPECT_TRUE(isAccepted(walkArguments(std::string(253, 'a'))));
-    EXPECT_FALSE(isAccepted(walkArguments(std::string(254, 'a'))));
-    for (size_t i = 0; i < size_t(kWalkParameters); ++i)
-        for (const char* other :
-             {"", "-Lf/tmp/x", "-Dall", "-Y", "-M/tmp", "-Op", "-T", "-OS", "bert", "2c", "x"}) {
-            Strings walk = walkArguments("127.0.0.1");
-            walk[i] = i == size_t(kWalkHost) ? "-" : other;
-            EXPECT_FALSE(isAccepted(walk)) << i << ' ' << other;
-        }
+        EXPECT_FALSE(isHostAddress(host)) << host;
+    EXPECT_FALSE(isHostAddress(std::string(254, 'a')));
 }
 
 TEST(HelperArguments, NamesFilesOnlyAfterHarmlessLogins)
@@ -102,30 +49,27 @@ TEST_F(HelperTest, AnUnknownCommandIsSaidToBeUnknown)
 
 TEST_F(HelperTest, EachCommandHasExactlyItsOwnNumberOfParameters)
 {
-    for (auto [command, right] : {std::pair(kWrite, 2),
-                                  {kRename, 1},
-                                  {kAdmin, 1},
-                                  {kSwap, 3},
-                                  {kExist, 1},
-                                  {kRemove, 1},
-                                  {kWalk, 10}})
-        for (int count = 0; count < 13; ++count) {
-            Strings arguments(static_cast<size_t>(count) + 1, "");
-            arguments[0] = command;
+    std::string help = run({"--help"}).out;
+    for (const Command& command : commands()) {
+        EXPECT_NE(help.find(std::string("  ") + command.name + " "), std::string::npos) << command.name;
+        for (size_t count = 0; count < 13; ++count) {
+            Strings arguments(count + 1, "");
+            arguments[0] = command.name;
             expectRefused(arguments);
-            if (count == right)
+            if (count == command.parameters)
                 continue;
             std::fill(arguments.begin() + 1, arguments.end(), count == 0 ? "" : current);
             expectRefused(arguments);
         }
-    expectRefused({kWrite, url, ""});
+    }
+    expectRefused({kWritePieceCommand, url, ""});
 }
 
 // Everything but the two paths themselves gets one and the same answer, whether it exists or not.
 TEST_F(HelperTest, ForeignPathsAreRefusedAlikeAndNothingIsTouched)
 {
     ASSERT_TRUE(write(listText(1)));
-    ASSERT_TRUE(confirms({kSwap, "2", current, previous}));
+    ASSERT_TRUE(confirms({kSwapCommand, "2", current, previous}));
     ASSERT_TRUE(stage(listText(2)));
     std::string other = folder / "somebody-R4270-profile.plist";
     sandbox.write(fs::relative(other, root), listText(9));
@@ -149,21 +93,21 @@ TEST_F(HelperTest, ForeignPathsAreRefusedAlikeAndNothingIsTouched)
     Strings reasons;
     auto refuse = [&](const Strings& arguments) { reasons.push_back(expectRefused(arguments)); };
     for (const std::string& each : urls) {
-        refuse({kWrite, each, listText(3)});
-        refuse({kRename, each});
+        refuse({kWritePieceCommand, each, listText(3)});
+        refuse({kRenameCommand, each});
     }
     paths.push_back(url);
     for (const std::string& each : paths) {
-        refuse({kAdmin, each});
-        refuse({kExist, each});
-        refuse({kRemove, each});
-        refuse({kSwap, "2", each, previous});
-        refuse({kSwap, "2", current, each});
+        refuse({kAdministratorCommand, each});
+        refuse({kExistCommand, each});
+        refuse({kRemoveCommand, each});
+        refuse({kSwapCommand, "2", each, previous});
+        refuse({kSwapCommand, "2", current, each});
     }
-    refuse({kAdmin, previous});
-    refuse({kExist, previous});
-    refuse({kSwap, "2", previous, current});
-    refuse({kSwap, "3", current, current});
+    refuse({kAdministratorCommand, previous});
+    refuse({kExistCommand, previous});
+    refuse({kSwapCommand, "2", previous, current});
+    refuse({kSwapCommand, "3", current, current});
     EXPECT_EQ(std::count(reasons.begin(), reasons.end(), reasons[0]), std::ptrdiff_t(reasons.size()));
     EXPECT_TRUE(rename()) << "the staged list was still there";
 }
@@ -173,13 +117,13 @@ TEST_F(HelperTest, ItsOwnNameAndPlaceAreNeverUsed)
     sandbox.write("copy", readFile(program));
     fs::permissions(root / "copy", fs::perms(0755));
     for (const std::string& name : Strings{"", "%n%n%s", "/etc/R4270Helper.app/Contents/MacOS/R4270Helper",
-                                           std::string(100000, 'n'), "--help", kExist}) {
+                                           std::string(100000, 'n'), "--help", kExistCommand}) {
         int status = -1;
         pid_t child = fork();
         if (child == 0) {
             setenv("PDE_ROOT", root.c_str(), 1);
             close(1);
-            execl((root / "copy").c_str(), name.c_str(), kAdmin, current.c_str(), nullptr);
+            execl((root / "copy").c_str(), name.c_str(), kAdministratorCommand, current.c_str(), nullptr);
             _exit(127);
         }
         waitpid(child, &status, 0);
@@ -190,9 +134,13 @@ TEST_F(HelperTest, ItsOwnNameAndPlaceAreNeverUsed)
 TEST_F(HelperTest, TheWalkBecomesTheWalkerWithItsOwnArgumentsAndACleanEnvironment)
 {
     std::string login = fs::path(current).filename().string();
-    Strings walk = walkArguments("127.0.0.1");
-    walk[kWalkLogin] = login.substr(0, login.find("-R4270"));
-    walk.insert(walk.begin(), kWalk);
+    Strings walk = walkCommand(login.substr(0, login.find("-R4270")), "127.0.0.1");
+    for (size_t i = 1; i < walk.size(); ++i)
+        for (const char* other : {"", "-Lf/tmp/x", "-Dall", "-M/tmp", "-OS", "nobody-else", "2c", "$(id)"}) {
+            Strings changed = walk;
+            changed[i] = i == 1 + kWalkHost ? std::string("-") + other : other;
+            expectRefused(changed);
+        }
     ProcessResult missing = run(walk);
     EXPECT_EQ(missing.out, "mibwalk_XPC=FALSE\n");
     EXPECT_EQ(missing.status, 1);

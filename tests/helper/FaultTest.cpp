@@ -41,9 +41,14 @@ protected:
             lists(1, 1);
             ASSERT_TRUE(stage(listText(2)));
         };
-        return {{{kRename, url}, staged, current, listText(1), listText(2)},
-                {{kWrite, url, listText(2)}, [=] { lists(1, 1); }, current, listText(1), listText(1)},
-                {{kSwap, "2", current, previous}, [=] { lists(2, 1); }, previous, listText(1), listText(2)}};
+        return {
+            {{kRenameCommand, url}, staged, current, listText(1), listText(2)},
+            {{kWritePieceCommand, url, listText(2)}, [=] { lists(1, 1); }, current, listText(1), listText(1)},
+            {{kSwapCommand, "2", current, previous},
+             [=] { lists(2, 1); },
+             previous,
+             listText(1),
+             listText(2)}};
     }
 
     Strings tracing(const Strings& options, const Strings& command) const
@@ -153,9 +158,9 @@ TEST_F(HelperFaultTest, AFullDiskFailsTheWriteAndKeepsTheList)
     ASSERT_TRUE(write(listText(1)));
     ASSERT_TRUE(stage(listText(2)));
     std::string piece(100000, ' ');
-    EXPECT_TRUE(confirms({kWrite, url, piece}));
-    EXPECT_TRUE(confirms({kWrite, url, piece}));
-    EXPECT_FALSE(confirms({kWrite, url, piece}));
+    EXPECT_TRUE(confirms({kWritePieceCommand, url, piece}));
+    EXPECT_TRUE(confirms({kWritePieceCommand, url, piece}));
+    EXPECT_FALSE(confirms({kWritePieceCommand, url, piece}));
     EXPECT_FALSE(rename());
     EXPECT_EQ(readFile(current), listText(1));
     {
@@ -163,7 +168,7 @@ TEST_F(HelperFaultTest, AFullDiskFailsTheWriteAndKeepsTheList)
         filler << std::string(300000, 'f');
     }
     EXPECT_FALSE(stage(listText(2)));
-    expectRefused({kSwap, "2", current, previous});
+    expectRefused({kSwapCommand, "2", current, previous});
     EXPECT_EQ(readFile(current), listText(1));
     fs::remove(folder / "filler");
     EXPECT_TRUE(write(listText(2)));

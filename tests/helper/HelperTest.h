@@ -1,5 +1,6 @@
 #pragma once
 
+#include "profiles/HelperProtocol.h"
 #include "support/Process.h"
 #include "support/Sandbox.h"
 
@@ -34,19 +35,11 @@ protected:
     /// "COMMAND=FALSE", exit status 1, and nothing changed below the root folder. Gives the reason.
     std::string expectRefused(const Strings& arguments, const ProcessOptions& options = {}) const;
 
-    bool stage(const std::string& piece) const { return confirms({kWrite, url, piece}); }
-    bool rename() const { return confirms({kRename, url}); }
+    bool stage(const std::string& piece) const { return confirms({kWritePieceCommand, url, piece}); }
+    bool rename() const { return confirms({kRenameCommand, url}); }
     bool write(const std::string& text) const { return stage(text) && rename(); }
     /// What stands in the folder beside the locks.
     Strings names() const;
-
-    static constexpr const char* kWrite = "writeDataToPlistFile_XPC";
-    static constexpr const char* kRename = "writeDataToPlistFileRename_XPC";
-    static constexpr const char* kAdmin = "velPListIsAdminProfile_XPC";
-    static constexpr const char* kSwap = "velPListSwapProfile_XPC";
-    static constexpr const char* kExist = "velPListExistProfile_XPC";
-    static constexpr const char* kRemove = "velPListRemove_XPC";
-    static constexpr const char* kWalk = "mibwalk_XPC";
 
     Sandbox sandbox;
     std::filesystem::path root, folder;

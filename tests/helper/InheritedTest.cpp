@@ -42,8 +42,8 @@ protected:
 
     bool writesAfter(const std::function<void()>& prepare, int tag)
     {
-        return runAfter(prepare, {kWrite, url, listText(tag)}) == 0 &&
-               runAfter(prepare, {kRename, url}) == 0 && readFile(current) == listText(tag);
+        return runAfter(prepare, {kWritePieceCommand, url, listText(tag)}) == 0 &&
+               runAfter(prepare, {kRenameCommand, url}) == 0 && readFile(current) == listText(tag);
     }
 };
 
@@ -86,8 +86,9 @@ TEST_F(HelperInheritsTest, SmallLimitsFailCleanlyOrDoNoHarm)
                         limit.rlim_max = limit.rlim_cur;
                     setrlimit(resource, &limit);
                 };
-                for (const Strings& command : {Strings{kWrite, url, listText(2)}, Strings{kRename, url},
-                                               Strings{kSwap, "2", current, previous}}) {
+                for (const Strings& command :
+                     {Strings{kWritePieceCommand, url, listText(2)}, Strings{kRenameCommand, url},
+                      Strings{kSwapCommand, "2", current, previous}}) {
                     int status = runAfter(spoil, command);
                     EXPECT_EQ(reply().find("=TRUE") != std::string::npos, status == 0);
                     EXPECT_TRUE(readFile(current) == listText(1) || readFile(current) == listText(2));
@@ -118,7 +119,7 @@ TEST_F(HelperInheritsTest, SignalsTimersMaskAndFolderAreItsOwn)
     ASSERT_EQ(chdir(root.c_str()), 0);
     for (mode_t mask : {0, 022, 0777}) {
         EXPECT_TRUE(writesAfter(spoil(mask), int(mask)));
-        EXPECT_EQ(runAfter(spoil(mask), {kSwap, "2", current, previous}), 0);
+        EXPECT_EQ(runAfter(spoil(mask), {kSwapCommand, "2", current, previous}), 0);
         for (const std::string& name : names()) {
             struct stat found = {};
             ASSERT_EQ(stat((folder / name).c_str(), &found), 0);
@@ -137,11 +138,11 @@ TEST_F(HelperInheritsTest, AReaderThatHasGoneOrADiskThatIsFullLosesOnlyTheReply)
                       if (pipe(ends) == 0 && dup2(ends[1], 1) == 1)
                           close(ends[0]);
                   },
-                  {kRename, url}),
+                  {kRenameCommand, url}),
               0);
     EXPECT_EQ(readFile(current), listText(1));
     ASSERT_TRUE(stage(listText(2)));
-    EXPECT_EQ(runAfter([] { dup2(open("/dev/full", O_WRONLY), 1); }, {kRename, url}), 0);
+    EXPECT_EQ(runAfter([] { dup2(open("/dev/full", O_WRONLY), 1); }, {kRenameCommand, url}), 0);
     EXPECT_EQ(readFile(current), listText(2));
 }
 
@@ -162,7 +163,7 @@ TEST_F(HelperInheritsTest, ItsTimeIsLimitedWhateverTheCallerDoes)
                       sigprocmask(SIG_BLOCK, &all, nullptr);
                       signal(SIGALRM, SIG_IGN);
                   },
-                  {kRename, url}),
+                  {kRenameCommand, url}),
               128 + SIGALRM);
     EXPECT_EQ(readFile(current), listText(1));
     close(ends[0]);

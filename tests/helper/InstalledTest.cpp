@@ -1,4 +1,5 @@
 // The helper as it is installed: set-id and root's, started by ordinary users in a root folder of its own.
+#include "Commands.h"
 #include "helper/HelperTest.h"
 
 #include "profiles/HelperChannel.h"
@@ -239,6 +240,19 @@ TEST_F(InstalledHelperTest, WhoeverIsNotAMemberIsRefusedAndChangesNothing)
     }
     sandbox.write("root/etc/group", "no groups at all\n");
     expectRefused(kAnna, {"velPListIsAdminProfile_XPC", listOf("anna")});
+}
+
+// Who may run a command is asked before it sees its parameters.
+TEST_F(InstalledHelperTest, EveryCommandThatDoesNotSayOtherwiseIsForAdministratorsOnly)
+{
+    static_assert(Command{}.mayRun == Who::kAdministrators);
+    for (const Command& command : commands()) {
+        Strings arguments(command.parameters + 1, "x");
+        arguments[0] = command.name;
+        bool forAnybody = arguments[0] == kExistCommand;
+        const char* reason = forAnybody ? kForeignPath.reason : kNotPermitted.reason;
+        EXPECT_NE(as(kBert, arguments).err.find(reason), std::string::npos) << command.name;
+    }
 }
 
 TEST_F(InstalledHelperTest, AFolderThatOthersCanChangeOrOwnIsRefusedAtEveryLevel)

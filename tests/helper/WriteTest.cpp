@@ -62,19 +62,19 @@ TEST_F(HelperTest, PiecesBecomeTheListOnlyByTheRename)
     ASSERT_EQ(stat(current.c_str(), &list), 0);
     EXPECT_EQ(list.st_mode & 07777, 0644U);
     EXPECT_EQ(names(), Strings{fs::path(current).filename()});
-    expectRefused({kRename, url});
+    expectRefused({kRenameCommand, url});
 }
 
 TEST_F(HelperTest, APieceNeedsABeginningAndABeginningStartsAfresh)
 {
     std::string text = listText(1);
-    expectRefused({kWrite, url, text.substr(20)});
+    expectRefused({kWritePieceCommand, url, text.substr(20)});
     EXPECT_TRUE(stage("<?xml of a write that was given up"));
     EXPECT_TRUE(stage(text.substr(0, 20)));
     EXPECT_TRUE(stage(text.substr(20)));
     EXPECT_TRUE(rename());
     EXPECT_EQ(readFile(current), text);
-    expectRefused({kWrite, url, "more"});
+    expectRefused({kWritePieceCommand, url, "more"});
 }
 
 TEST_F(HelperTest, WhatIsNotAListNeverReplacesOne)
@@ -109,42 +109,42 @@ TEST_F(HelperTest, MoreThanAListEverHasIsRefusedAndEndsTheWrite)
     std::string piece(120000, ' ');
     ASSERT_TRUE(stage("<?xml"));
     int accepted = 0;
-    while (accepted < 100 && confirms({kWrite, url, piece}))
+    while (accepted < 100 && confirms({kWritePieceCommand, url, piece}))
         ++accepted;
     EXPECT_EQ(accepted, (4 << 20) / 120000);
     EXPECT_TRUE(names().empty());
-    expectRefused({kWrite, url, "x"});
+    expectRefused({kWritePieceCommand, url, "x"});
 }
 
 TEST_F(HelperTest, ASwapKeepsOrPutsBackTheWholeList)
 {
     for (const char* mode : {"2", "3", "0", "1", "4", "-1", "23", "2147483647", "", "two", "02"})
-        expectRefused({kSwap, mode, current, previous});
+        expectRefused({kSwapCommand, mode, current, previous});
     ASSERT_TRUE(write(listText(1)));
-    EXPECT_TRUE(confirms({kSwap, "2", current, previous}));
+    EXPECT_TRUE(confirms({kSwapCommand, "2", current, previous}));
     EXPECT_EQ(readFile(previous), listText(1));
     ASSERT_TRUE(write(listText(2)));
-    EXPECT_TRUE(confirms({kSwap, "3", current, previous}));
+    EXPECT_TRUE(confirms({kSwapCommand, "3", current, previous}));
     EXPECT_EQ(readFile(current), listText(1));
     EXPECT_EQ(readFile(previous), listText(1));
     EXPECT_EQ(names().size(), 2U);
     sandbox.write(fs::relative(previous, root), "not a list");
-    expectRefused({kSwap, "3", current, previous});
+    expectRefused({kSwapCommand, "3", current, previous});
     sandbox.write(fs::relative(current, root), std::string((4 << 20) + 1, ' '));
-    expectRefused({kSwap, "2", current, previous});
+    expectRefused({kSwapCommand, "2", current, previous});
 }
 
 TEST_F(HelperTest, ExistenceAndRemovalSayWhatIsThere)
 {
-    expectRefused({kExist, current});
-    expectRefused({kRemove, current});
-    expectRefused({kRemove, previous});
+    expectRefused({kExistCommand, current});
+    expectRefused({kRemoveCommand, current});
+    expectRefused({kRemoveCommand, previous});
     ASSERT_TRUE(write(listText(1)));
-    ASSERT_TRUE(confirms({kSwap, "2", current, previous}));
-    EXPECT_TRUE(confirms({kExist, current}));
-    EXPECT_TRUE(confirms({kRemove, current}));
+    ASSERT_TRUE(confirms({kSwapCommand, "2", current, previous}));
+    EXPECT_TRUE(confirms({kExistCommand, current}));
+    EXPECT_TRUE(confirms({kRemoveCommand, current}));
     EXPECT_EQ(names(), Strings{fs::path(previous).filename()});
-    EXPECT_TRUE(confirms({kRemove, previous}));
+    EXPECT_TRUE(confirms({kRemoveCommand, previous}));
     EXPECT_TRUE(names().empty());
 }
 
@@ -212,10 +212,10 @@ TEST_F(HelperTest, AStuckCommandMakesTheNextOneFailAndIsForgottenWhenItEnds)
     std::string lock = folder / (".R4270-lock-" + std::to_string(getuid()));
     int file = open(lock.c_str(), O_RDONLY | O_CLOEXEC);
     ASSERT_EQ(flock(file, LOCK_EX), 0);
-    expectRefused({kSwap, "2", current, previous});
-    EXPECT_TRUE(confirms({kExist, current})) << "a question needs no lock";
+    expectRefused({kSwapCommand, "2", current, previous});
+    EXPECT_TRUE(confirms({kExistCommand, current})) << "a question needs no lock";
     close(file);
-    EXPECT_TRUE(confirms({kSwap, "2", current, previous}));
+    EXPECT_TRUE(confirms({kSwapCommand, "2", current, previous}));
 }
 
 // At every name and level, whatever may stand there instead of what the helper expects.
@@ -233,7 +233,7 @@ TEST_F(HelperTest, LinksFifosAndFoldersInPlaceOfFilesAreRefused)
             fs::remove_all(folder);
             fs::create_directories(folder);
             ASSERT_TRUE(write(listText(1)));
-            ASSERT_TRUE(confirms({kSwap, "2", current, previous}));
+            ASSERT_TRUE(confirms({kSwapCommand, "2", current, previous}));
             ASSERT_TRUE(stage(listText(2)));
             fs::path at = folder / place;
             fs::remove(at);
@@ -248,16 +248,16 @@ TEST_F(HelperTest, LinksFifosAndFoldersInPlaceOfFilesAreRefused)
             else
                 fs::create_symlink(folder / "absent", at);
             if (place == lock || place == staging)
-                expectRefused({kWrite, url, listText(2)});
+                expectRefused({kWritePieceCommand, url, listText(2)});
             if (place != places[1] && place[1] != 'R')
-                expectRefused({kExist, current});
+                expectRefused({kExistCommand, current});
             if (place == lock || place == staging || place == places[0])
-                expectRefused({kRename, url});
+                expectRefused({kRenameCommand, url});
             if (place != staging) {
-                expectRefused({kSwap, "2", current, previous});
+                expectRefused({kSwapCommand, "2", current, previous});
             }
             if (place == lock || place == places[0])
-                expectRefused({kRemove, current});
+                expectRefused({kRemoveCommand, current});
             EXPECT_EQ(readFile(victim), listText(7));
             fs::remove(at);
         }
@@ -270,15 +270,15 @@ TEST_F(HelperTest, ALinkOrAForeignHandOnTheWayToTheFolderIsRefused)
         fs::path aside = root / "aside";
         fs::rename(level, aside);
         fs::create_directory_symlink(aside, level);
-        expectRefused({kWrite, url, listText(1)});
+        expectRefused({kWritePieceCommand, url, listText(1)});
         fs::remove(level);
         sandbox.write(fs::relative(level, root), "a file");
-        expectRefused({kWrite, url, listText(1)});
+        expectRefused({kWritePieceCommand, url, listText(1)});
         fs::remove(level);
-        expectRefused({kWrite, url, listText(1)});
+        expectRefused({kWritePieceCommand, url, listText(1)});
         fs::rename(aside, level);
         chmod(level.c_str(), 0777);
-        expectRefused({kWrite, url, listText(1)});
+        expectRefused({kWritePieceCommand, url, listText(1)});
         chmod(level.c_str(), 0755);
         EXPECT_TRUE(stage(listText(1)));
     }

@@ -59,7 +59,7 @@ TEST_F(HostileListFile, DocumentsThatAreNoListFileAreRefused)
           std::string("<plist><dict>text<key>RGB</key><dict/></dict></plist>"),
           std::string("<plist><dict><key>RGB</key><nonsense/></dict></plist>"), good + std::string(1, '\0'),
           fileWithRgb(classEntries(kGoodSlot, "<key>FileName0000</key><string>\xFF</string>")),
-          std::string(kMaxPropertyListSize, ' ') + body, std::string("\xFF\xFE<\0p\0", 6)})
+          std::string(kLongestListFile, ' ') + body, std::string("\xFF\xFE<\0p\0", 6)})
         EXPECT_EQ(readText(text), -1) << text.substr(0, 60);
     EXPECT_EQ(readText("\xEF\xBB\xBF" + good), 0) << "a byte order mark";
     EXPECT_EQ(readText("<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"x.dtd\">" + body), 0);

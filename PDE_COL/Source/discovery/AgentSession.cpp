@@ -1,5 +1,7 @@
 #include "discovery/AgentSession.h"
 
+#include "profiles/BuildKind.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -80,10 +82,8 @@ void restrainNetSnmp()
         netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, off, 1);
     // The indexes of certificates are made below this folder whatever the settings say.
     set_persistent_directory(kNowhere);
-#ifdef PDE_DEV_ROOT
-    if (getenv("SNMPCONFPATH") != nullptr)
+    if (mayConfigureWalk())
         return;
-#endif
     unsetenv("SNMPCONFPATH");
     for (int off : {NETSNMP_DS_LIB_DONT_READ_CONFIGS, NETSNMP_DS_LIB_DONT_PERSIST_STATE})
         netsnmp_ds_set_boolean(NETSNMP_DS_LIBRARY_ID, off, 1);

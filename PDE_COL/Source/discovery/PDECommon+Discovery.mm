@@ -1,6 +1,6 @@
 #include "discovery/PDECommon+Discovery.h"
 
-#include "discovery/TableWalkCommand.h"
+#include "profiles/HelperChannel.h"
 #include "profiles/ProfileListOperations.h"
 
 #include <cstdio>

@@ -1,7 +1,8 @@
 #include "profiles/DriverPaths.h"
 
+#include "profiles/BuildKind.h"
+
 #include <cerrno>
-#include <cstdlib>
 #include <pwd.h>
 #include <unistd.h>
 #include <vector>
@@ -10,23 +11,14 @@ namespace {
 
 constexpr size_t kLongestListPath = 254;
 
-std::string rooted(const std::string& path)
-{
-#ifdef PDE_DEV_ROOT
-    const char* root = getenv("PDE_ROOT");
-    return (root != nullptr && *root != '\0' ? root : PDE_DEV_ROOT) + path;
-#else
-    return path;
-#endif
-}
-
 const char kPreferencesFolder[] = "/Library/Printers/QUORVEX/Preferences/vendor.quorvex.printers.R4270";
 
 std::string listPath(const std::string& login, const char* ending)
 {
     if (login.empty())
         return {};
-    return rooted((std::string(kPreferencesFolder) + "/" + login + ending).substr(0, kLongestListPath));
+    return driverRoot() +
+           (std::string(kPreferencesFolder) + "/" + login + ending).substr(0, kLongestListPath);
 }
 
 std::string lookUpLoginName(uid_t user)
@@ -47,7 +39,7 @@ std::string lookUpLoginName(uid_t user)
 
 std::string preferencesFolder()
 {
-    return rooted(kPreferencesFolder);
+    return driverRoot() + kPreferencesFolder;
 }
 
 std::string currentListPath(const std::string& login)
@@ -75,21 +67,21 @@ std::string loginName()
 
 std::string helperExecutable()
 {
-    return rooted("/Library/Application Support/QUORVEX/R4270/Helpers/R4270Helper.app/Contents/MacOS/"
-                  "R4270Helper");
+    return driverRoot() + "/Library/Application Support/QUORVEX/R4270/Helpers/R4270Helper.app/Contents/MacOS/"
+                          "R4270Helper";
 }
 
 std::string profileFolder()
 {
-    return rooted("/Library/Printers/QUORVEX/R4270/Profiles");
+    return driverRoot() + "/Library/Printers/QUORVEX/R4270/Profiles";
 }
 
 std::string fileExistsIcon()
 {
-    return rooted("/Library/Printers/QUORVEX/R4270/Icons/fileExistqxR4270.icns");
+    return driverRoot() + "/Library/Printers/QUORVEX/R4270/Icons/fileExistqxR4270.icns";
 }
 
 std::string downloadManagerApplication()
 {
-    return rooted("/Applications/Download Manager R4270/QUORVEX Download Manager.app");
+    return driverRoot() + "/Applications/Download Manager R4270/QUORVEX Download Manager.app";
 }

@@ -2,9 +2,8 @@
 
 #include <string>
 
-// Every absolute path of the driver. A development build (PDE_DEV_ROOT) puts a root folder in front of each:
-// the environment variable PDE_ROOT if set, else root/ in the build folder. An installed build reads no
-// variable. None of the calls touches the disk, but for the password database.
+// Every absolute path of the driver, each with driverRoot() in front. None of the calls touches the disk, but
+// for the password database.
 
 /// "/Library/Printers/QUORVEX/Preferences/vendor.quorvex.printers.R4270"
 std::string preferencesFolder();

@@ -1,6 +1,8 @@
 #include "profiles/HelperChannel.h"
 
+#include "profiles/BuildKind.h"
 #include "profiles/DriverPaths.h"
+#include "profiles/HelperProtocol.h"
 #include "profiles/Utf8.h"
 
 #include <cerrno>
@@ -40,20 +42,6 @@ bool openPipe(int (&ends)[2])
         if (end >= 0)
             close(end);
     return false;
-}
-
-/// What the helper gets of our environment: nothing. A development build also runs elsewhere, with a
-/// printer that is not on the standard port.
-std::vector<std::string> helperEnvironment()
-{
-    std::vector<std::string> environment;
-#ifdef PDE_DEV_ROOT
-    for (const char* name : {"PDE_ROOT", "SNMPCONFPATH", "MIBS"}) {
-        if (const char* value = getenv(name))
-            environment.push_back(std::string(name) + "=" + value);
-    }
-#endif
-    return environment;
 }
 
 std::vector<char*> pointers(std::vector<std::string>& strings)
@@ -109,7 +97,7 @@ pid_t startHelper(const std::string& program, const std::vector<std::string>& ar
 {
     std::vector<std::string> all = arguments;
     all.insert(all.begin(), program);
-    std::vector<std::string> environment = helperEnvironment();
+    std::vector<std::string> environment = keptEnvironment();
     SpawnSettings settings(output);
     pid_t child = -1;
     if (!settings.valid || posix_spawn(&child, program.c_str(), &settings.files, &settings.attributes,
@@ -162,10 +150,26 @@ std::optional<std::string> helperReply(const std::vector<std::string>& arguments
     return reply;
 }
 
-bool helperConfirms(const std::vector<std::string>& arguments)
+std::optional<std::string> helperValue(const std::vector<std::string>& arguments, const char* ending)
 {
     std::optional<std::string> reply = helperReply(arguments);
-    return reply && reply->find(arguments.front() + "=TRUE") != std::string::npos;
+    std::string marker = arguments.front() + ending;
+    size_t found = reply ? reply->find(marker) : std::string::npos;
+    if (found == std::string::npos)
+        return std::nullopt;
+    size_t value = found + marker.size();
+    return reply->substr(value, reply->find('\n', value) - value);
+}
+
+bool helperConfirms(const std::vector<std::string>& arguments)
+{
+    return helperValue(arguments, kDoneEnding).has_value();
+}
+
+std::optional<int> walkPrinterTable(const std::string& host)
+{
+    std::optional<std::string> value = helperValue(walkCommand(loginName(), host), kWalkEnding);
+    return value ? std::optional(static_cast<int>(strtol(value->c_str(), nullptr, 10))) : std::nullopt;
 }
 
 std::string fileUrl(const std::string& path)
@@ -209,8 +213,8 @@ int32_t sendListFile(std::string_view text)
 {
     std::string url = fileUrl(currentListPath());
     for (std::string_view piece : listFilePieces(text)) {
-        if (!helperConfirms({"writeDataToPlistFile_XPC", url, std::string(piece)}))
+        if (!helperConfirms({kWritePieceCommand, url, std::string(piece)}))
             return -1;
     }
-    return helperConfirms({"writeDataToPlistFileRename_XPC", url}) ? 0 : -1;
+    return helperConfirms({kRenameCommand, url}) ? 0 : -1;
 }

@@ -18,8 +18,16 @@ std::optional<std::string> helperReply(const std::vector<std::string>& arguments
 /// a terminal. Without this call it is dropped, since a panel must not write into the log of its host.
 void passHelperMessages();
 
+/// Runs a command whose reply carries a value: what follows "COMMAND" and `ending` in it, wherever that is,
+/// to the end of the line. Nothing when it is not there.
+std::optional<std::string> helperValue(const std::vector<std::string>& arguments, const char* ending);
+
 /// Runs a command; true when the reply holds "COMMAND=TRUE" anywhere.
 bool helperConfirms(const std::vector<std::string>& arguments);
+
+/// Lets the helper walk the profile table of the printer at `host` and merge what it finds into the current
+/// user's lists. Gives the exit value of the walk, 0 for a complete one; nothing when there was no walk.
+std::optional<int> walkPrinterTable(const std::string& host);
 
 /// "file://" form of an absolute path.
 std::string fileUrl(const std::string& path);

@@ -134,7 +134,7 @@ FileProblem checkStatus(const struct stat& status)
 {
     if (!S_ISREG(status.st_mode))
         return FileProblem::kNotAFile;
-    return status.st_size > static_cast<off_t>(kMaxPropertyListSize) ? FileProblem::kTooLong
+    return status.st_size > static_cast<off_t>(kLongestListFile) ? FileProblem::kTooLong
                                                                      : FileProblem::kNone;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "profiles/HelperProtocol.h"
 #include "profiles/ProfileRecord.h"
 #include "profiles/PropertyList.h"
 
@@ -79,5 +80,5 @@ bool isListFileText(std::string text);
 
 enum class FileProblem { kNone, kMissing, kNotAFile, kTooLong, kUnreadable };
 
-/// Reads a regular file of at most kMaxPropertyListSize bytes into `text`. Never waits for a FIFO or device.
+/// Reads a regular file of at most kLongestListFile bytes into `text`. Never waits for a FIFO or device.
 FileProblem readListFile(const std::string& path, std::string& text);

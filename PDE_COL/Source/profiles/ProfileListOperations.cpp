@@ -2,6 +2,7 @@
 
 #include "profiles/DriverPaths.h"
 #include "profiles/HelperChannel.h"
+#include "profiles/HelperProtocol.h"
 #include "profiles/ProfileEdits.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileName.h"
@@ -152,7 +153,7 @@ void VelPListMapping_Pap(const ProfileList* fresh, const ProfileList* old, Profi
 
 int32_t VelPListIsAdminProfile()
 {
-    return helperConfirms({"velPListIsAdminProfile_XPC", currentListPath()}) ? 1 : 0;
+    return helperConfirms({kAdministratorCommand, currentListPath()}) ? 1 : 0;
 }
 
 void VelPListSwapProfile(int32_t mode)
@@ -160,15 +161,12 @@ void VelPListSwapProfile(int32_t mode)
     if (VelPListIsAdminProfile() == 0)
         return;
     // Without a current list there is nothing to keep: the reply does not matter.
-    (void)helperReply(
-        {"velPListSwapProfile_XPC", std::to_string(mode), currentListPath(), previousListPath()});
+    (void)helperReply({kSwapCommand, std::to_string(mode), currentListPath(), previousListPath()});
 }
 
 int32_t VelPListExistProfile()
 {
-    return VelPListIsAdminProfile() != 0 && helperConfirms({"velPListExistProfile_XPC", currentListPath()})
-               ? 1
-               : 0;
+    return VelPListIsAdminProfile() != 0 && helperConfirms({kExistCommand, currentListPath()}) ? 1 : 0;
 }
 
 int32_t VelPListRemove(int32_t which)
@@ -177,7 +175,7 @@ int32_t VelPListRemove(int32_t which)
     if (which != kPreviousCopy && which != kCurrentList)
         return 0;
     std::string path = which == kPreviousCopy ? previousListPath() : currentListPath();
-    return VelPListIsAdminProfile() != 0 && helperConfirms({"velPListRemove_XPC", path}) ? 1 : 0;
+    return VelPListIsAdminProfile() != 0 && helperConfirms({kRemoveCommand, path}) ? 1 : 0;
 }
 
 void VelPListCleanProfile_Dict(ProfileList* list)

@@ -1,5 +1,6 @@
 #include "profiles/PropertyList.h"
 
+#include "profiles/HelperProtocol.h"
 #include "profiles/Utf8.h"
 
 #include <algorithm>
@@ -181,7 +182,7 @@ std::optional<PropertyListDocument> PropertyListDocument::parse(std::string text
     const char* fault = nullptr;
     PropertyListDocument document;
     Contents& contents = *document.contents_;
-    if (text.size() > kMaxPropertyListSize)
+    if (text.size() > kLongestListFile)
         fault = "longer than 4 MiB";
     else if (text.find('\0') != std::string::npos || !isUtf8(text))
         fault = "not UTF-8 text";

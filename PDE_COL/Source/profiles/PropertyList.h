@@ -9,9 +9,6 @@
 
 class PropertyListDocument;
 
-/// A longer text is refused: a full list file is about a seventh of this.
-inline constexpr size_t kMaxPropertyListSize = 4 << 20;
-
 /// A value in a property list, borrowed from the document that owns it: valid as long as that document is,
 /// also after the document was moved. A default-made node is no value; asking it gives "absent".
 class PropertyListNode {
