@@ -1,4 +1,5 @@
 #include "dialog/Appearance.h"
+#include "dialog/Desktop.h"
 #include "dialog/DialogController.h"
 #include "dialog/Text.h"
 #include "script/Script.h"
@@ -48,6 +49,7 @@ int main(int argc, char** argv)
     int script = options.script.empty() ? -1 : openScript(options.script);
     if (script < 0 && !options.script.empty())
         return 2;
+    settleLanguage();
     // The toolkit would take our arguments for documents to open. A second dialog is for another document:
     // it never gives way to the first, also where the user wants that of programs.
     char useRunningCopy[] = "-NSUseRunningCopy", no[] = "NO";
@@ -62,7 +64,7 @@ int main(int argc, char** argv)
                     textOf([exception reason]).c_str());
             return EXIT_FAILURE;
         }
-        applyColors();
+        applyAppearance(options.appearance);
         Starter* starter = [[Starter alloc] init];
         starter->options = options;
         starter->script = script;

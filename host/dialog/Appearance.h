@@ -1,8 +1,10 @@
 #pragma once
 
-/// Gives the toolkit the look of a desktop program: no application icon window, scrollers at the right, a
-/// light background. Before the application object is made.
+#include <string>
+
+/// Gives the toolkit the manners of a desktop program: no application icon window, lists that open on a
+/// click, the desktop's scale. Before the application object is made.
 void registerAppearance();
 
-/// The part that needs the application object.
-void applyColors();
+/// Gives it the look: "light", "dark", or "" for what the desktop wants. After that.
+void applyAppearance(const std::string& wanted);

@@ -1,6 +1,8 @@
 #include "Appearance.h"
 
-#import <AppKit/AppKit.h>
+#include "Desktop.h"
+
+#include <Theme.h>
 
 // The toolkit draws all text in one font and has none for what that font lacks, so Japanese and Chinese would
 // be question marks. A font that is not installed is passed over.
@@ -21,31 +23,15 @@ static void registerFonts()
 
 void registerAppearance()
 {
-    NSDictionary* defaults =
-        [NSDictionary dictionaryWithObjectsAndKeys:@"YES", @"GSSuppressAppIcon", @"NSWindows95InterfaceStyle",
-                                                   @"NSInterfaceStyleDefault", nil];
+    NSDictionary* defaults = [NSDictionary
+        dictionaryWithObjectsAndKeys:@"YES", @"GSSuppressAppIcon", @"NSWindows95InterfaceStyle",
+                                     @"NSInterfaceStyleDefault", [NSNumber numberWithDouble:desktopScale()],
+                                     @"GSScaleFactor", nil];
     [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
     registerFonts();
 }
 
-void applyColors()
+void applyAppearance(const std::string& wanted)
 {
-    struct {
-        NSString* name;
-        CGFloat white;
-    } const greys[] = {
-        {@"controlColor", 0.93},
-        {@"windowBackgroundColor", 0.93},
-        {@"controlBackgroundColor", 0.93},
-        {@"controlShadowColor", 0.62},
-        {@"controlDarkShadowColor", 0.45},
-        {@"controlHighlightColor", 0.93},
-        {@"controlLightHighlightColor", 0.70},
-        {@"scrollBarColor", 0.80},
-        {@"headerColor", 0.88},
-        {@"gridColor", 0.85},
-    };
-    NSColorList* system = [NSColorList colorListNamed:@"System"];
-    for (const auto& grey : greys)
-        [system setColor:[NSColor colorWithCalibratedWhite:grey.white alpha:1] forKey:grey.name];
+    useTheme(wanted.empty() ? desktopIsDark() : wanted == "dark");
 }

@@ -33,6 +33,8 @@ void describe(CLI::App& app, Options& options)
     printer->excludes(ppd);
     app.add_option("--settings", options.settings,
                    "Print settings (property list), read at start and written back at the end");
+    app.add_option("--appearance", options.appearance, "Colours (default: the desktop's)")
+        ->check(CLI::IsMember({"light", "dark"}));
     app.add_option(
         "--script", options.script,
         "Take commands from this file, or from standard input (-); each answers with a line of JSON");
@@ -68,6 +70,9 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options)
             options.plugin.pop_back();
         if (options.ppd.empty())
             options.ppd = samplePpd();
+        // The pictures of a script are the same on every desktop.
+        if (!options.script.empty() && options.appearance.empty())
+            options.appearance = "light";
         return std::nullopt;
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;

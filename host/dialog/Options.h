@@ -13,6 +13,7 @@ struct Options {
     std::string deviceUri;
     std::string settings; ///< empty: none
     std::string script;   ///< "-" standard input; empty: a person drives the dialog
+    std::string appearance; ///< "light" or "dark"; empty: as the desktop's other programs
     std::vector<std::string> files;
 };
 
