@@ -25,6 +25,7 @@ std::string defaultPlugin()
 
 void describe(CLI::App& app, Options& options)
 {
+    app.set_version_flag("--version", "printdialog " PDE_VERSION);
     app.add_option("--plugin", options.plugin, "Plug-in bundle (default: the one of this installation)");
     CLI::Option* printer = app.add_option("--printer", options.printer, "Queue of the CUPS server");
     CLI::Option* ppd = app.add_option("--ppd", options.ppd, "PPD file (default: the sample printer's)");

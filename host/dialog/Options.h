@@ -18,7 +18,7 @@ struct Options {
 };
 
 /// Fills `options`, with the bundle and the sample PPD of this installation or build where none are named.
-/// Gives the status to exit with when there is nothing more to do: 0 after --help, 2 after wrong usage.
+/// Gives the status to exit with when there is nothing more to do: 0 after --help and --version, 2 after wrong usage.
 std::optional<int> parseOptions(int argc, char** argv, Options& options);
 
 /// The PPD of the sample printer: the installed one, or the source tree's in a development build.

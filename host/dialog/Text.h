@@ -8,3 +8,6 @@ std::string textOf(NSString* string);
 
 /// Nil when the bytes are not UTF-8.
 NSString* stringOf(const std::string& text);
+
+/// The dialog's own text in the user's language. The English one is the key.
+NSString* localized(NSString* english);

@@ -11,3 +11,8 @@ NSString* stringOf(const std::string& text)
     return [[[NSString alloc] initWithBytes:text.data() length:text.size()
                                    encoding:NSUTF8StringEncoding] autorelease];
 }
+
+NSString* localized(NSString* english)
+{
+    return [[NSBundle mainBundle] localizedStringForKey:english value:english table:nil];
+}

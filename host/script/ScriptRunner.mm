@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <iterator>
 #include <optional>
 #include <poll.h>
 #include <unistd.h>
@@ -37,6 +38,7 @@ static void postEvent()
     NSWindow* modalBefore_; ///< the modal window when that line began
     int depth_;             ///< lines that are being carried out, one inside the modal loop of another
     bool failed_;
+    NSTimer* timers_[3];
 }
 @end
 
@@ -50,15 +52,22 @@ static void postEvent()
     return self;
 }
 
+/// The next turn, in whatever mode the run loop is then. A mode keeps its timers until it is looked at, and
+/// modal or tracking loops hardly come: each has one timer at a time.
 - (void)tickAfter:(NSTimeInterval)delay
 {
-    // A mode keeps the timers that went off in another one until it is looked at, which this one hardly is.
-    if (![[[NSRunLoop currentRunLoop] currentMode] isEqual:NSEventTrackingRunLoopMode])
-        [[NSRunLoop currentRunLoop] limitDateForMode:NSEventTrackingRunLoopMode];
-    [self performSelector:@selector(tick)
-               withObject:nil
-               afterDelay:delay
-                  inModes:@[ NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode ]];
+    NSString* const modes[] = {NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode};
+    for (size_t i = 0; i < std::size(modes); ++i) {
+        if ([timers_[i] isValid])
+            continue;
+        [timers_[i] release];
+        timers_[i] = [[NSTimer timerWithTimeInterval:delay
+                                              target:self
+                                            selector:@selector(tick:)
+                                            userInfo:nil
+                                             repeats:NO] retain];
+        [[NSRunLoop currentRunLoop] addTimer:timers_[i] forMode:modes[i]];
+    }
 }
 
 /// The next line, if one has come.
@@ -118,8 +127,9 @@ static void postEvent()
     return depth_ > 0 && (open_.empty() ? !modalWindowIsOpen() : !opened);
 }
 
-- (void)tick
+- (void)tick:(NSTimer*)timer
 {
+    [timer invalidate];
     // The next turn is asked for first: this line may open a modal loop and not come back.
     [self tickAfter:unread_.empty() ? kIdle : kBusy];
     if ([self mustWait]) {
