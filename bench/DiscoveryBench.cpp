@@ -1,62 +1,77 @@
-#include "profiles/DriverPaths.h"
+#include "support/DriverRoot.h"
 #include "support/Process.h"
-#include "support/Sandbox.h"
-#include "support/SnmpAgent.h"
 
 #include <arpa/inet.h>
 #include <benchmark/benchmark.h>
-#include <filesystem>
+#include <cstring>
 #include <memory>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <net-snmp/net-snmp-config.h>
+#include <net-snmp/net-snmp-includes.h>
+
+#include <net-snmp/library/snmp_impl.h>
 
 // The walk of a full profile table, 500 rows of 7 columns, next to what it is measured against: net-snmp's
 // own walk of the same table, and the same packets in a bare loop. All three ask the same simulated printer.
 
 namespace {
 
-constexpr int kRows = 500;
-constexpr int kColumns = 7;
+constexpr oid kRows = 500;
+constexpr oid kColumns = 7;
 constexpr char kTable[] = "1.3.6.1.4.1.99999.1.1.1.1.6.13.1.1";
 
 /// The simulated printer with a full table, and a root with this build's helper and walker.
 class Bench {
 public:
     explicit Bench(const std::vector<std::string>& printerOptions = {})
-        : helpers_(helperFolder()), root_("PDE_ROOT", (sandbox_ / "root").string()),
-          configuration_("SNMPCONFPATH", (sandbox_ / "snmp").string())
     {
-        std::filesystem::create_directories(helperFolder().parent_path());
-        std::filesystem::create_directory_symlink(helpers_, helperFolder());
-        std::filesystem::create_directories(preferencesFolder());
-        sandbox_.write("snmp/snmp.conf", "defaultPort " + std::to_string(port_) + "\n");
+        configuration_.write("snmp.conf", "defaultPort " + std::to_string(port_) + "\n");
         std::string table;
-        for (int row = 1; row <= kRows; ++row) {
+        for (oid row = 1; row <= kRows; ++row) {
             std::string number = std::to_string(row);
             table += "profile " + number + " 4 \"Office Proof Coated " + number + "\" \"PROFILE" + number +
                      ".ICC\" " + std::to_string(row % 3 + 1) + "\n";
         }
         std::vector<std::string> command = {PDE_PRINTER, "--port", std::to_string(port_)};
         command.insert(command.end(), printerOptions.begin(), printerOptions.end());
-        command.push_back(sandbox_.write("table", table));
-        printer_ = std::make_unique<BackgroundProcess>(command, (sandbox_ / "log").string());
+        command.push_back(configuration_.write("table", table));
+        printer_ = std::make_unique<BackgroundProcess>(command, configuration_ / "log");
         sleepMilliseconds(300); // until it listens
     }
 
     int port() const { return port_; }
 
 private:
-    static std::filesystem::path helperFolder()
-    {
-        return std::filesystem::path(helperExecutable()).parent_path().parent_path().parent_path();
-    }
-
-    Sandbox sandbox_;
-    std::filesystem::path helpers_;
-    ScopedVariable root_, configuration_;
+    DriverRoot root_;
+    Sandbox configuration_;
+    ScopedVariable readsConfiguration_{"SNMPCONFPATH", configuration_.path()};
     int port_ = freePort();
     std::unique_ptr<BackgroundProcess> printer_;
 };
+
+/// The packet of a GETNEXT request.
+std::string packetOf(long requestId, const std::vector<oid>& name)
+{
+    netsnmp_session session;
+    snmp_sess_init(&session);
+    session.version = SNMP_VERSION_1;
+    char community[] = "vislaq";
+    session.community = reinterpret_cast<u_char*>(community);
+    session.community_len = strlen(community);
+    netsnmp_pdu* pdu = snmp_pdu_create(SNMP_MSG_GETNEXT);
+    pdu->version = SNMP_VERSION_1;
+    pdu->reqid = requestId;
+    snmp_add_null_var(pdu, name.data(), name.size());
+    size_t size = 2048, used = 0;
+    auto* buffer = static_cast<u_char*>(malloc(size));
+    snmp_build(&buffer, &size, &used, &session, pdu);
+    std::string packet(buffer + size - used, buffer + size); // it is built from its end
+    free(buffer);
+    snmp_free_pdu(pdu);
+    return packet;
+}
 
 void discover(benchmark::State& state, const char* reply)
 {
@@ -70,15 +85,10 @@ void walkInABareLoop(benchmark::State& state)
 {
     Bench bench;
     std::vector<std::string> requests;
-    SnmpMessage request;
-    request.pdu = kSnmpGetNext;
-    for (uint32_t column = 1; column <= kColumns; ++column) {
-        for (uint32_t row = 0; row < kRows; ++row) {
-            request.requestId = static_cast<int32_t>(0x10000000 + requests.size());
-            request.variables = {{profileCell(column, row), ber(kSnmpNull, "")}};
-            requests.push_back(request.encoded());
-        }
-    }
+    for (oid column = 1; column <= kColumns; ++column)
+        for (oid row = 0; row < kRows; ++row)
+            requests.push_back(packetOf(static_cast<long>(0x10000000 + requests.size()),
+                                        {1, 3, 6, 1, 4, 1, 99999, 1, 1, 1, 1, 6, 13, 1, 1, column, 1, row}));
     sockaddr_in printer{};
     printer.sin_family = AF_INET;
     printer.sin_port = htons(static_cast<uint16_t>(bench.port()));

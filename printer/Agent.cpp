@@ -5,77 +5,51 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <poll.h>
 
-#include <net-snmp/agent/agent_callbacks.h>
-#include <net-snmp/agent/net-snmp-agent-includes.h>
+#include <net-snmp/library/snmpUDPBaseDomain.h>
+#include <net-snmp/library/snmp_impl.h>
 
 namespace {
 
 constexpr char kProgram[] = "r4270-printer";
 constexpr char kNowhere[] = "/dev/null";
 
-ObjectTable served;
-bool verbose;
+using PduHolder = std::unique_ptr<netsnmp_pdu, decltype(&snmp_free_pdu)>;
+using Bytes = std::vector<u_char>;
 
-const char* modeName(int mode)
+/// The message in `packet`; null when net-snmp cannot read it.
+PduHolder decode(Bytes packet)
 {
-    return mode == MODE_GET ? "GET" : mode == MODE_GETNEXT ? "GETNEXT" : "SET";
+    PduHolder pdu(snmp_pdu_create(SNMP_MSG_RESPONSE), snmp_free_pdu);
+    Bytes community(SNMP_MAX_MSG_SIZE);
+    size_t length = packet.size();
+    size_t communityLength = community.size();
+    long version = 0;
+    u_char* body = snmp_comstr_parse(packet.data(), &length, community.data(), &communityLength, &version);
+    if (body == nullptr || snmp_pdu_parse(pdu.get(), body, &length) != 0)
+        return {nullptr, snmp_free_pdu};
+    pdu->version = version;
+    pdu->community = static_cast<u_char*>(malloc(communityLength + 1));
+    memcpy(pdu->community, community.data(), communityLength);
+    pdu->community_len = communityLength;
+    return pdu;
 }
 
-/// The object that answers a request; the end of the table when there is none.
-ObjectTable::const_iterator answerTo(const netsnmp_request_info& request, int mode)
+/// The packet of a message; empty when net-snmp cannot make it.
+Bytes encode(netsnmp_pdu& pdu)
 {
-    const netsnmp_variable_list& asked = *request.requestvb;
-    const ObjectName name(asked.name, asked.name + asked.name_length);
-    if (mode == MODE_GET)
-        return served.find(name);
-    return request.inclusive != 0 ? served.lower_bound(name) : served.upper_bound(name);
-}
-
-int serveObjects(netsnmp_mib_handler*, netsnmp_handler_registration*, netsnmp_agent_request_info* info,
-                 netsnmp_request_info* requests)
-{
-    for (netsnmp_request_info* request = requests; request != nullptr; request = request->next) {
-        if (request->processed != 0)
-            continue;
-        netsnmp_variable_list* variable = request->requestvb;
-        const auto found = answerTo(*request, info->mode);
-        if (verbose)
-            std::cerr << modeName(info->mode) << ' '
-                      << dotted({variable->name, variable->name + variable->name_length}) << " -> "
-                      << (found == served.end() ? "nothing" : dotted(found->first)) << std::endl;
-        if (found != served.end()) {
-            snmp_set_var_objid(variable, found->first.data(), found->first.size());
-            snmp_set_var_typed_value(variable, found->second.type, found->second.bytes.data(),
-                                     found->second.bytes.size());
-        } else if (info->mode == MODE_GET) {
-            netsnmp_set_request_error(info, request, SNMP_NOSUCHINSTANCE);
-        }
-        // A GETNEXT that is left without a value goes on to the end of the view.
-    }
-    return SNMP_ERR_NOERROR;
-}
-
-/// Runs after net-snmp's own check of the community, which lets version 2c pass as well.
-int refuseOtherVersions(int, int, void* parameters, void*)
-{
-    auto* check = static_cast<view_parameters*>(parameters);
-    if (check->pdu->version != SNMP_VERSION_1)
-        check->errorcode = VACM_NOSECNAME;
-    if (verbose && check->errorcode != VACM_SUCCESS)
-        std::cerr << "dropped a request: "
-                  << (check->pdu->version != SNMP_VERSION_1 ? "not SNMP version 1" : "wrong community")
-                  << std::endl;
-    return SNMPERR_SUCCESS;
-}
-
-void allowCommunity(const std::string& community)
-{
-    std::string line = "rocommunity \"" + community + "\" default " + dotted(enterpriseName());
-    if (netsnmp_config(line.data()) != SNMPERR_SUCCESS)
-        throw std::runtime_error("not a community name: " + community);
-    snmp_register_callback(SNMP_CALLBACK_APPLICATION, SNMPD_CALLBACK_ACM_CHECK_INITIAL, refuseOtherVersions,
-                           nullptr);
+    netsnmp_session session;
+    snmp_sess_init(&session);
+    session.version = pdu.version;
+    size_t size = 2048;
+    size_t used = 0;
+    auto* buffer = static_cast<u_char*>(malloc(size));
+    Bytes packet;
+    if (snmp_build(&buffer, &size, &used, &session, &pdu) == 0)
+        packet.assign(buffer + size - used, buffer + size); // it is built from its end
+    free(buffer);
+    return packet;
 }
 
 netsnmp_transport* listenAt(const AgentOptions& options)
@@ -94,7 +68,7 @@ netsnmp_transport* listenAt(const AgentOptions& options)
 
 } // namespace
 
-void initializeSnmp(const std::string& community)
+void initializeSnmp()
 {
     for (int setting : {NETSNMP_DS_LIB_DONT_READ_CONFIGS, NETSNMP_DS_LIB_DONT_PERSIST_STATE,
                         NETSNMP_DS_LIB_DISABLE_PERSISTENT_LOAD, NETSNMP_DS_LIB_DISABLE_PERSISTENT_SAVE})
@@ -104,39 +78,126 @@ void initializeSnmp(const std::string& community)
     set_persistent_directory(kNowhere);
     setenv("MIBS", "", 1);
     setenv("MIBDIRS", kNowhere, 1);
-    netsnmp_register_loghandler(NETSNMP_LOGHANDLER_STDERR, LOG_WARNING);
-    init_agent(kProgram);
-    // Before init_snmp, which would warn that nobody has access.
-    allowCommunity(community);
+    netsnmp_register_loghandler(NETSNMP_LOGHANDLER_NONE, LOG_DEBUG); // packets that cannot be read
     init_snmp(kProgram);
 }
 
 Agent::Agent(const AgentOptions& options, ObjectTable table)
+    : options_(options), table_(std::move(table)), transport_(listenAt(options))
 {
-    served = std::move(table);
-    verbose = options.verbose;
-    netsnmp_transport* transport = listenAt(options);
-    if (options.fault)
-        installFault(*transport, *options.fault, options.faultAfter);
-    netsnmp_handler_registration* objects = netsnmp_create_handler_registration(
-        "objects", serveObjects, enterpriseName().data(), enterpriseName().size(), HANDLER_CAN_RONLY);
-    if (objects == nullptr || netsnmp_register_handler(objects) != MIB_REGISTERED_OK ||
-        netsnmp_register_agent_nsap(transport) == 0)
-        throw std::runtime_error("net-snmp's agent does not start");
 }
 
 Agent::~Agent()
 {
-    snmp_shutdown(kProgram);
-    shutdown_agent();
+    transport_->f_close(transport_);
+    netsnmp_transport_free(transport_);
 }
 
-void Agent::replaceTable(ObjectTable table)
+bool Agent::isForUs(const netsnmp_pdu& request) const
 {
-    served = std::move(table);
+    const char* wrong = nullptr;
+    if (request.version != SNMP_VERSION_1)
+        wrong = "not SNMP version 1";
+    else if (options_.community != std::string(request.community, request.community + request.community_len))
+        wrong = "wrong community";
+    else if (request.variables == nullptr)
+        wrong = "nothing asked";
+    if (wrong != nullptr && options_.verbose)
+        std::cerr << "dropped a request: " << wrong << std::endl;
+    return wrong == nullptr;
 }
 
-void Agent::serve()
+void Agent::answer(netsnmp_pdu& pdu) const
 {
-    agent_check_and_process(1);
+    const char* kind = pdu.command == SNMP_MSG_GET ? "GET" : pdu.command == SNMP_MSG_GETNEXT ? "GETNEXT" : "";
+    pdu.errstat = pdu.errindex = 0;
+    long index = 0;
+    for (netsnmp_variable_list* variable = pdu.variables; variable != nullptr;
+         variable = variable->next_variable) {
+        ++index;
+        const ObjectName name(variable->name, variable->name + variable->name_length);
+        const auto found = *kind == '\0'                 ? table_.end()
+                           : pdu.command == SNMP_MSG_GET ? table_.find(name)
+                                                         : table_.upper_bound(name);
+        if (options_.verbose)
+            std::cerr << kind << ' ' << dotted(name) << " -> "
+                      << (found == table_.end() ? "nothing" : dotted(found->first)) << std::endl;
+        if (found != table_.end()) {
+            snmp_set_var_objid(variable, found->first.data(), found->first.size());
+            snmp_set_var_typed_value(variable, found->second.type, found->second.bytes.data(),
+                                     found->second.bytes.size());
+        } else if (pdu.errstat == 0) {
+            pdu.errstat = SNMP_ERR_NOSUCHNAME;
+            pdu.errindex = index;
+        }
+    }
+    pdu.command = SNMP_MSG_RESPONSE;
+}
+
+void Agent::takeRequest()
+{
+    Bytes bytes(SNMP_MAX_MSG_SIZE);
+    void* peer = nullptr;
+    int peerLength = 0;
+    const int size =
+        transport_->f_recv(transport_, bytes.data(), static_cast<int>(bytes.size()), &peer, &peerLength);
+    Packet packet{{}, {peer, free}, peerLength, {}};
+    if (size <= 0)
+        return;
+    bytes.resize(static_cast<size_t>(size));
+    PduHolder pdu = decode(bytes);
+    if (pdu == nullptr || !isForUs(*pdu))
+        return;
+    answer(*pdu);
+    packet.delivery.says = pdu.get();
+    if (options_.faultAfter > 0)
+        --options_.faultAfter;
+    else if (options_.fault)
+        options_.fault(packet.delivery);
+    packet.bytes = encode(*pdu);
+    if (packet.delivery.damage && !packet.bytes.empty())
+        packet.delivery.damage(packet.bytes);
+    packet.delivery.says = nullptr;
+    const auto due = Clock::now() + std::chrono::milliseconds(options_.delay) + packet.delivery.delay;
+    waiting_.emplace(due, std::move(packet));
+}
+
+void Agent::send(const Packet& packet)
+{
+    const Clock::time_point end = Clock::now() + packet.delivery.flooding;
+    const auto size = packet.bytes.size();
+    do {
+        for (int i = 0; i < packet.delivery.copies; ++i) {
+            void* peer = packet.peer.get();
+            int peerLength = packet.peerLength;
+            if (packet.delivery.socket >= 0)
+                sendto(packet.delivery.socket, packet.bytes.data(), size, 0,
+                       &static_cast<const netsnmp_indexed_addr_pair*>(peer)->remote_addr.sa,
+                       sizeof(sockaddr_in));
+            else
+                transport_->f_send(transport_, packet.bytes.data(), static_cast<int>(size), &peer,
+                                   &peerLength);
+        }
+    } while (Clock::now() < end);
+}
+
+/// Gives the time until there is more to send.
+timespec Agent::sendWhatIsDue()
+{
+    using namespace std::chrono;
+    while (!waiting_.empty() && waiting_.begin()->first <= Clock::now())
+        send(waiting_.extract(waiting_.begin()).mapped());
+    const auto left = waiting_.empty() ? Clock::duration(hours(1)) : waiting_.begin()->first - Clock::now();
+    const auto wait = std::max<nanoseconds>(left, nanoseconds(0));
+    return {wait / seconds(1), (wait % seconds(1)).count()};
+}
+
+void Agent::serveUntil(int descriptor)
+{
+    pollfd ready[] = {{descriptor, POLLIN, 0}, {transport_->sock, POLLIN, 0}};
+    while (ready[0].revents == 0) {
+        const timespec wait = sendWhatIsDue();
+        if (ppoll(ready, std::size(ready), &wait, nullptr) > 0 && ready[1].revents != 0)
+            takeRequest();
+    }
 }

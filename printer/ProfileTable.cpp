@@ -14,16 +14,6 @@ namespace {
 constexpr oid kMaxSubIdentifier = std::numeric_limits<uint32_t>::max();
 constexpr oid kOnlyInstance = 1; // the sub-identifier between column and row
 
-enum Column : oid {
-    kIndexColumn = 1,
-    kLocationColumn,
-    kProfileNameColumn,
-    kFileNameColumn,
-    kClassColumn,
-    kSixthColumn,
-    kSeventhColumn,
-};
-
 ObjectValue integer(long value)
 {
     ObjectValue result{ASN_INTEGER, std::vector<u_char>(sizeof value)};
@@ -36,7 +26,7 @@ ObjectValue string(const std::string& text)
     return {ASN_OCTET_STR, {text.begin(), text.end()}};
 }
 
-ObjectName cell(Column column, oid row)
+ObjectName cell(oid column, oid row)
 {
     ObjectName name = profileTableName();
     name.insert(name.end(), {column, kOnlyInstance, row});
@@ -75,16 +65,18 @@ bool atEnd(std::istream& line)
 
 void readProfile(std::istream& line, ObjectTable& table)
 {
-    const auto row = static_cast<oid>(readInteger(line, "row", 0));
-    if (table.count(cell(kIndexColumn, row)) != 0)
-        throw std::invalid_argument("row " + std::to_string(row) + " is there already");
-    table[cell(kIndexColumn, row)] = integer(static_cast<long>(row));
-    table[cell(kLocationColumn, row)] = integer(readInteger(line, "location"));
-    table[cell(kProfileNameColumn, row)] = string(readText(line, "profile name"));
-    table[cell(kFileNameColumn, row)] = string(readText(line, "file name"));
-    table[cell(kClassColumn, row)] = integer(readInteger(line, "class"));
-    table[cell(kSixthColumn, row)] = integer(atEnd(line) ? 0 : readInteger(line, "sixth column"));
-    table[cell(kSeventhColumn, row)] = integer(atEnd(line) ? 0 : readInteger(line, "seventh column"));
+    const long row = readInteger(line, "row", 0);
+    auto numberUnlessAtEnd = [&](const char* what) { return atEnd(line) ? 0 : readInteger(line, what); };
+    const ObjectValue cells[] = {integer(row),
+                                 integer(readInteger(line, "location")),
+                                 string(readText(line, "profile name")),
+                                 string(readText(line, "file name")),
+                                 integer(readInteger(line, "class")),
+                                 integer(numberUnlessAtEnd("sixth column")),
+                                 integer(numberUnlessAtEnd("seventh column"))};
+    for (oid column = 1; column <= std::size(cells); ++column)
+        if (!table.emplace(cell(column, static_cast<oid>(row)), cells[column - 1]).second)
+            throw std::invalid_argument("row " + std::to_string(row) + " is there already");
 }
 
 void readObject(std::istream& line, ObjectTable& table)

@@ -6,26 +6,18 @@
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <iostream>
+#include <optional>
 #include <sys/signalfd.h>
 #include <unistd.h>
-
-#include <net-snmp/library/fd_event_manager.h>
 
 namespace {
 
 struct Options {
     AgentOptions agent;
-    std::string community = "vislaq";
     std::string table;
     std::string fault;
     std::string publish;
     unsigned exitAfter = 0;
-};
-
-struct Program {
-    const Options& options;
-    Agent& agent;
-    bool running = true;
 };
 
 void complain(const std::exception& error)
@@ -41,10 +33,13 @@ void declareOptions(CLI::App& app, Options& options)
     app.add_option("--port", options.agent.port, "UDP port; below 1024 only for root")
         ->capture_default_str()
         ->check(CLI::Range(1, 65535));
-    app.add_option("--community", options.community, "Read community")->capture_default_str();
+    app.add_option("--community", options.agent.community, "Read community")->capture_default_str();
     app.add_option("--publish", options.publish,
                    "Announce the printer under this name (Bonjour, through Avahi)")
         ->option_text("NAME");
+    app.add_option("--delay", options.agent.delay, "Milliseconds from each request to its answer")
+        ->option_text("MILLISECONDS")
+        ->check(CLI::Range(0, 600000));
     app.add_option("--fault", options.fault, "Misbehave; the faults are listed below")->option_text("FAULT");
     app.add_option("--fault-after", options.agent.faultAfter,
                    "Answers that stay right before the fault sets in")
@@ -57,27 +52,15 @@ void declareOptions(CLI::App& app, Options& options)
                "SIGTERM and SIGINT end the program.");
 }
 
-void reload(Program& program)
+void reload(const Options& options, Agent& agent)
 {
     try {
-        program.agent.replaceTable(readTableFile(program.options.table));
-        if (program.options.agent.verbose)
-            std::cerr << "r4270-printer: read " << program.options.table << " again" << std::endl;
+        agent.replaceTable(readTableFile(options.table));
+        if (options.agent.verbose)
+            std::cerr << "r4270-printer: read " << options.table << " again" << std::endl;
     } catch (const TableFileError& error) {
         complain(error);
     }
-}
-
-void takeSignal(int descriptor, void* data)
-{
-    auto& program = *static_cast<Program*>(data);
-    signalfd_siginfo signal{};
-    if (read(descriptor, &signal, sizeof signal) != sizeof signal)
-        return;
-    if (signal.ssi_signo == SIGHUP)
-        reload(program);
-    else
-        program.running = false;
 }
 
 /// Signals come through a descriptor from here on, in this thread and in those that it starts.
@@ -95,7 +78,7 @@ void run(Options& options)
 {
     const int signals = signalDescriptor();
     alarm(options.exitAfter);
-    initializeSnmp(options.community);
+    initializeSnmp();
     if (!options.fault.empty())
         options.agent.fault = parseFault(options.fault);
     ObjectTable table = readTableFile(options.table);
@@ -104,13 +87,16 @@ void run(Options& options)
     std::optional<Publisher> publisher;
     if (!options.publish.empty())
         publisher.emplace(options.publish, options.agent.address, options.agent.verbose);
-    Program program{options, agent};
-    register_readfd(signals, takeSignal, &program);
     if (options.agent.verbose)
         std::cerr << "r4270-printer: serving " << count << " objects at " << options.agent.address << ":"
                   << options.agent.port << std::endl;
-    while (program.running)
-        agent.serve();
+    while (true) {
+        agent.serveUntil(signals);
+        signalfd_siginfo signal{};
+        if (read(signals, &signal, sizeof signal) != sizeof signal || signal.ssi_signo != SIGHUP)
+            return;
+        reload(options, agent);
+    }
 }
 
 } // namespace

@@ -23,16 +23,9 @@ unsigned long CFStringConvertEncodingToNSStringEncoding(CFStringEncoding encodin
         return NSISOLatin1StringEncoding;
     case kCFStringEncodingShiftJIS:
         return NSShiftJISStringEncoding;
-    case kCFStringEncodingASCII:
-        return NSASCIIStringEncoding;
     default:
         return NSUTF8StringEncoding;
     }
-}
-
-static NSStringEncoding foundationEncoding(CFStringEncoding encoding)
-{
-    return (NSStringEncoding)CFStringConvertEncodingToNSStringEncoding(encoding);
 }
 
 void CFRelease(CFTypeRef reference)
@@ -57,66 +50,6 @@ CFTypeID CFDictionaryGetTypeID(void)
     return kDictionaryType;
 }
 
-CFIndex CFArrayGetCount(CFArrayRef array)
-{
-    return (CFIndex)[(NSArray*)array count];
-}
-
-const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index)
-{
-    return [object(array) objectAtIndex:(NSUInteger)index];
-}
-
-CFStringRef CFStringCreateWithCString(CFAllocatorRef, const char* text, CFStringEncoding encoding)
-{
-    return (CFStringRef)[[NSString alloc] initWithBytes:text
-                                                 length:strlen(text)
-                                               encoding:foundationEncoding(encoding)];
-}
-
-CFMutableStringRef CFStringCreateMutable(CFAllocatorRef, CFIndex)
-{
-    return (CFMutableStringRef)[[NSMutableString alloc] init];
-}
-
-void CFStringAppend(CFMutableStringRef string, CFStringRef appended)
-{
-    [(NSMutableString*)string appendString:(NSString*)appended];
-}
-
-void CFStringAppendCString(CFMutableStringRef string, const char* text, CFStringEncoding encoding)
-{
-    CFStringRef appended = CFStringCreateWithCString(kCFAllocatorDefault, text, encoding);
-    if (appended == nullptr)
-        return;
-    CFStringAppend(string, appended);
-    CFRelease(appended);
-}
-
-CFArrayRef CFStringCreateArrayBySeparatingStrings(CFAllocatorRef, CFStringRef string, CFStringRef separator)
-{
-    return (CFArrayRef)[[(NSString*)string componentsSeparatedByString:(NSString*)separator] retain];
-}
-
-CFRange CFStringFind(CFStringRef string, CFStringRef wanted, CFOptionFlags)
-{
-    NSRange found = [(NSString*)string rangeOfString:(NSString*)wanted options:NSLiteralSearch];
-    if (found.location == NSNotFound)
-        return {kCFNotFound, 0};
-    return {(CFIndex)found.location, (CFIndex)found.length};
-}
-
-Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStringEncoding encoding)
-{
-    // Foundation's own method raises for a character that the encoding lacks.
-    NSData* bytes = [(NSString*)string dataUsingEncoding:foundationEncoding(encoding)];
-    if (bytes == nil || (CFIndex)[bytes length] >= size)
-        return false;
-    [bytes getBytes:buffer length:[bytes length]];
-    buffer[[bytes length]] = '\0';
-    return true;
-}
-
 CFStringEncoding CFStringGetSystemEncoding(void)
 {
     return kCFStringEncodingUTF8;
@@ -125,8 +58,9 @@ CFStringEncoding CFStringGetSystemEncoding(void)
 CFDataRef CFStringCreateExternalRepresentation(CFAllocatorRef, CFStringRef string, CFStringEncoding encoding,
                                                UInt8)
 {
-    return (CFDataRef)[[(NSString*)string dataUsingEncoding:foundationEncoding(encoding)
-                                       allowLossyConversion:YES] retain];
+    auto foundationEncoding = (NSStringEncoding)CFStringConvertEncodingToNSStringEncoding(encoding);
+    return (
+        CFDataRef)[[(NSString*)string dataUsingEncoding:foundationEncoding allowLossyConversion:YES] retain];
 }
 
 const UInt8* CFDataGetBytePtr(CFDataRef data)
@@ -137,4 +71,16 @@ const UInt8* CFDataGetBytePtr(CFDataRef data)
 CFIndex CFDataGetLength(CFDataRef data)
 {
     return (CFIndex)[(NSData*)data length];
+}
+
+CFStringRef CFURLCopyNetLocation(CFURLRef url)
+{
+    NSString* text = [(NSURL*)url relativeString];
+    NSRange slashes = [text rangeOfString:@"://"];
+    if (slashes.location == NSNotFound)
+        return nullptr;
+    NSString* rest = [text substringFromIndex:NSMaxRange(slashes)];
+    NSRange end = [rest rangeOfCharacterFromSet:[NSCharacterSet characterSetWithCharactersInString:@"/?#"]];
+    NSString* location = end.location == NSNotFound ? rest : [rest substringToIndex:end.location];
+    return [location length] == 0 ? nullptr : (CFStringRef)[location copy];
 }

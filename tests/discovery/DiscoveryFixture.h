@@ -1,57 +1,29 @@
 #pragma once
 
-#include "profiles/DriverPaths.h"
 #include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
-#include "support/Process.h"
-#include "support/Sandbox.h"
+#include "support/DriverRoot.h"
+#include "support/SimulatedPrinter.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
-#include <memory>
-#include <string>
-#include <vector>
 
-/// A scratch root with this build's helper and walker in it, and net-snmp's configuration naming the port of
-/// the printer.
+/// A scratch root with this build's helper and walker in it, and a simulated printer at the port that
+/// net-snmp's configuration names.
 class DiscoveryTest : public testing::Test {
 protected:
     using Codes = std::map<std::string, int32_t>; ///< by file name
 
-    DiscoveryTest()
+    /// Starts the printer with this table in place of any other. The time-out is for a busy machine.
+    void startPrinter(const std::string& table, const std::vector<std::string>& options = {}, int timeout = 5)
     {
-        std::filesystem::path helpers = helperFolder();
-        root_ = std::make_unique<ScopedVariable>("PDE_ROOT", (sandbox_ / "root").string());
-        std::filesystem::create_directories(helperFolder().parent_path());
-        std::filesystem::create_directory_symlink(helpers, helperFolder());
-        std::filesystem::create_directories(preferencesFolder());
-        configuration_ = std::make_unique<ScopedVariable>("SNMPCONFPATH", (sandbox_ / "snmp").string());
-        usePort(port_);
+        printer_ = std::make_unique<SimulatedPrinter>(table, options);
+        ASSERT_TRUE(printer_->running()) << printer_->log();
+        configuration_.write("snmp.conf", "defaultPort " + std::to_string(printer_->port()) + "\ntimeout " +
+                                              std::to_string(timeout) + "\nretries 0\n");
     }
 
-    /// The time-out is in seconds, and for a busy machine.
-    void usePort(int port, int timeout = 5) const
-    {
-        sandbox_.write("snmp/snmp.conf", "defaultPort " + std::to_string(port) + "\ntimeout " +
-                                             std::to_string(timeout) + "\nretries 0\n");
-    }
-
-    /// Starts the simulated printer with this table in place of any other.
-    void startPrinter(const std::string& table, const std::vector<std::string>& options = {})
-    {
-        printer_.reset();
-        std::filesystem::remove(sandbox_ / "log");
-        std::vector<std::string> command = {PDE_PRINTER, "--verbose", "--port", std::to_string(port_)};
-        command.insert(command.end(), options.begin(), options.end());
-        command.push_back(sandbox_.write("table", table));
-        printer_ = std::make_unique<BackgroundProcess>(command, (sandbox_ / "log").string());
-        ASSERT_TRUE(waitUntil([&] {
-            return readFile(sandbox_ / "log").find("serving") != std::string::npos;
-        })) << readFile(sandbox_ / "log");
-    }
-
-    static std::vector<std::string> walkCommand()
+    static std::vector<std::string> walkCommand(const std::string& host = "127.0.0.1")
     {
         return {helperExecutable(),
                 "mibwalk_XPC",
@@ -63,7 +35,7 @@ protected:
                 "vislaq",
                 "-v",
                 "1",
-                "127.0.0.1",
+                host,
                 "1.3.6.1.4.1.99999.1.1.1.1.6.13.1.1"};
     }
 
@@ -71,38 +43,27 @@ protected:
     static int walk()
     {
         ProcessResult result = runProcess(walkCommand());
-        int value = 0;
-        char end = 0;
-        bool oneLine = sscanf(result.out.c_str(), "mibwalk_XPC=iRet=%d%c", &value, &end) == 2 &&
-                       end == '\n' && result.out == "mibwalk_XPC=iRet=" + std::to_string(value) + "\n";
-        EXPECT_TRUE(oneLine) << result.out << result.err;
+        const int value = result.out.starts_with("mibwalk_XPC=iRet=") ? atoi(result.out.c_str() + 17) : -99;
+        EXPECT_EQ(result.out, "mibwalk_XPC=iRet=" + std::to_string(value) + "\n") << result.err;
         EXPECT_EQ(result.status, value == 0 ? 0 : 1);
-        return oneLine ? value : -99;
+        return value;
     }
 
-    void store(const std::vector<ProfileRecord>& rgb, const std::vector<ProfileRecord>& sim = {},
-               const std::vector<ProfileRecord>& dst = {})
+    static void store(const std::vector<ProfileRecord>& rgb, const std::vector<ProfileRecord>& sim = {},
+                      const std::vector<ProfileRecord>& dst = {})
     {
-        const std::vector<ProfileRecord>* records[] = {&rgb, &sim, &dst};
         auto lists = std::make_unique<ProfileList[]>(kProfileListCount);
-        for (int i = 0; i < kProfileListCount; ++i) {
-            std::copy(records[i]->begin(), records[i]->end(), lists[i].records);
-            lists[i].iNum = static_cast<int32_t>(records[i]->size());
+        for (auto [index, records] : {std::pair(kRgbList, &rgb), {kSimList, &sim}, {kDstList, &dst}}) {
+            std::copy(records->begin(), records->end(), lists[index].records);
+            lists[index].iNum = static_cast<int32_t>(records->size());
         }
         ASSERT_EQ(VelPListWriteProfile_All(&lists[kRgbList], &lists[kSimList], &lists[kDstList]), 0);
     }
 
-    /// What is stored now.
-    void load()
-    {
-        lists_ = std::make_unique<ProfileList[]>(kProfileListCount);
-        ASSERT_EQ(VelPListReadProfile_All(&lists_[kRgbList], &lists_[kSimList], &lists_[kDstList]), 0);
-    }
-
-    /// The codes of the stored list; the used slots are at its front.
+    /// The codes of the list as it is stored now; the used slots are at its front.
     Codes codes(ProfileListIndex index)
     {
-        load();
+        EXPECT_EQ(VelPListReadProfile_All(&lists_[kRgbList], &lists_[kSimList], &lists_[kDstList]), 0);
         Codes result;
         for (int i = 0; i < lists_[index].iNum; ++i)
             result[std::string(nameText(lists_[index].records[i].FileName))] =
@@ -119,14 +80,9 @@ protected:
         return made;
     }
 
-    static std::filesystem::path helperFolder()
-    {
-        return std::filesystem::path(helperExecutable()).parent_path().parent_path().parent_path();
-    }
-
-    Sandbox sandbox_;
-    int port_ = freePort();
-    std::unique_ptr<ScopedVariable> root_, configuration_;
-    std::unique_ptr<BackgroundProcess> printer_;
-    std::unique_ptr<ProfileList[]> lists_;
+    DriverRoot root_;
+    Sandbox configuration_;
+    ScopedVariable readsConfiguration_{"SNMPCONFPATH", configuration_.path()};
+    std::unique_ptr<SimulatedPrinter> printer_;
+    std::unique_ptr<ProfileList[]> lists_ = std::make_unique<ProfileList[]>(kProfileListCount);
 };

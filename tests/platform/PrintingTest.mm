@@ -166,18 +166,3 @@ TEST_F(PrintingTest, AnApplicationStartsAndLeavesNoChildBehind)
     EXPECT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8*>(missing.c_str()), &ref, nullptr), fnfErr);
     EXPECT_EQ(FSPathMakeRef(nullptr, &ref, nullptr), paramErr);
 }
-
-TEST(CoreFoundation, RefusesATextThatDoesNotFitOrThatTheEncodingLacks)
-{
-    @autoreleasepool {
-        char buffer[4] = {};
-        auto converts = [&](const char* text) {
-            return CFStringGetCString((CFStringRef)[NSString stringWithUTF8String:text], buffer,
-                                      sizeof buffer, kCFStringEncodingMacRoman);
-        };
-        EXPECT_TRUE(converts("ab\u00e9"));
-        EXPECT_STREQ(buffer, "ab\x8e");
-        EXPECT_FALSE(converts("abcd"));
-        EXPECT_FALSE(converts("\u65e5"));
-    }
-}

@@ -14,16 +14,13 @@ int main(int, char** argv)
             CFNetServiceCreate(kCFAllocatorDefault, CFSTR("local"), CFSTR("_pdl-datastream._tcp"),
                                (CFStringRef)[NSString stringWithUTF8String:argv[1]], 0);
         const bool found = CFNetServiceResolveWithTimeout(service, atof(argv[2]), nullptr);
-        CFArrayRef addresses = CFNetServiceGetAddressing(service);
-        if (found != (addresses != nullptr))
+        NSArray* addresses = (NSArray*)CFNetServiceGetAddressing(service);
+        if (found != (addresses != nil))
             return 1;
-        if (found) {
-            CFDataRef first = (CFDataRef)CFArrayGetValueAtIndex(addresses, 0);
-            char text[INET_ADDRSTRLEN];
-            if (CFDataGetLength(first) != sizeof(sockaddr_in))
-                return 1;
-            puts(inet_ntop(AF_INET, CFDataGetBytePtr(first) + 4, text, sizeof text));
-        }
+        char text[INET_ADDRSTRLEN];
+        for (NSData* address in addresses)
+            if ([address length] == sizeof(sockaddr_in))
+                puts(inet_ntop(AF_INET, (const UInt8*)[address bytes] + 4, text, sizeof text));
         CFRelease(service);
     }
     return 0;
