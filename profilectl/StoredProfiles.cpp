@@ -3,12 +3,15 @@
 #include "CommandError.h"
 
 #include "profiles/DriverPaths.h"
+#include "profiles/HelperChannel.h"
 #include "profiles/ProfileEdits.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
 
-#include <filesystem>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
 #include <utf8.h>
 
 namespace {
@@ -35,29 +38,56 @@ void requireWhole(const std::string& name, const char* what)
                                           "\" holds characters that cannot be shown");
 }
 
+void requireReadable(int32_t readResult)
+{
+    std::string text;
+    if (readResult != 0 && readListFile(currentListPath(), text) != FileProblem::kMissing)
+        throw CommandError(kFaultFound, "the profile lists cannot be read; \"profilectl check\" says why");
+}
+
 } // namespace
 
 std::unique_ptr<ProfileLists> loadLists()
 {
     auto lists = std::make_unique<ProfileLists>();
-    std::string text;
-    if (readListFile(currentListPath(), text) == FileProblem::kMissing)
-        return lists;
-    if (VelPListReadProfile_All(&(*lists)[kRgbList], &(*lists)[kSimList], &(*lists)[kDstList]) != 0)
-        throw CommandError(kFaultFound, "the profile lists cannot be read; \"profilectl check\" says why");
+    requireReadable(VelPListReadProfile_All(&(*lists)[kRgbList], &(*lists)[kSimList], &(*lists)[kDstList]));
     return lists;
 }
 
-void saveLists(const ProfileLists& lists)
+void changeLists(const std::function<bool(ProfileLists&)>& change, bool mayBeDamaged)
 {
-    if (!std::filesystem::exists(helperExecutable()))
-        throw CommandError(kNoPermission, "the driver's helper is not installed: " + helperExecutable());
+    int32_t result = updateLists([&](ProfileLists& lists, int32_t readResult) {
+        if (!mayBeDamaged)
+            requireReadable(readResult);
+        return change(lists);
+    });
+    if (result == 0)
+        return;
+    requirePermission();
+    throw CommandError(kNotWritten, "the profile lists could not be written; they are as they were");
+}
+
+void requirePermission()
+{
+    std::string helper = helperExecutable(), fault;
+    struct statvfs volume {};
+    struct stat file {};
+    std::optional<std::string> version = helperReply({"--version"});
+    if (stat(helper.c_str(), &file) != 0)
+        fault = "is not installed";
+    else if (access(helper.c_str(), X_OK) != 0 || !S_ISREG(file.st_mode))
+        fault = "cannot be executed";
+    else if (!version || !version->starts_with("R4270Helper "))
+        fault = "is damaged: it does not run";
+    else if (statvfs(helper.c_str(), &volume) == 0 && (volume.f_flag & ST_NOSUID) != 0 &&
+             (file.st_mode & S_ISUID) != 0 && file.st_uid != getuid())
+        fault = "has no rights: its file system is mounted \"nosuid\"";
+    if (!fault.empty())
+        throw CommandError(kNoPermission, "the driver's helper " + fault + ": " + helper);
     if (VelPListIsAdminProfile() == 0)
         throw CommandError(kNoPermission,
                            "you may not change the profile lists: that is for members of the group "
                            "\"" PDE_ADMIN_GROUP "\"");
-    if (VelPListWriteProfile_All(&lists[kRgbList], &lists[kSimList], &lists[kDstList]) != 0)
-        throw CommandError(kNotWritten, "the profile lists could not be written; they are as they were");
 }
 
 const char* statusName(ProfileRecord record)

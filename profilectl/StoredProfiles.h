@@ -2,6 +2,7 @@
 
 #include "profiles/ProfileRecord.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -14,8 +15,12 @@ inline constexpr const char* kClassNames[kProfileListCount] = {"rgb", "sim", "ds
 /// The stored lists; empty ones when there is no file yet. Throws when the file is damaged.
 std::unique_ptr<ProfileLists> loadLists();
 
-/// Replaces the stored lists through the helper. Throws when the user may not, or when writing failed.
-void saveLists(const ProfileLists& lists);
+/// updateLists, but throws when the file is damaged (unless `mayBeDamaged`), when the user may not, and when
+/// writing failed. `change` may run several times, each time on lists as they are stored then.
+void changeLists(const std::function<bool(ProfileLists&)>& change, bool mayBeDamaged = false);
+
+/// Throws what keeps the user from changing his lists: a helper that does not work, or its refusal.
+void requirePermission();
 
 /// "by-hand", "on-printer" or "not-found": what is known of it on the printer.
 const char* statusName(ProfileRecord record);

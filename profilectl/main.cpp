@@ -7,6 +7,7 @@
 #include "profiles/ProfileRecord.h"
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <functional>
 #include <iostream>
 #include <map>
@@ -21,7 +22,7 @@ constexpr char kExitStatuses[] =
 struct Options {
     Selection selection;
     std::vector<std::string> classes;
-    std::string location, profileName, path = "-";
+    std::string location, profileName, host, path = "-";
     bool hidden = false, json = false, replace = false;
 };
 
@@ -36,6 +37,7 @@ public:
         addListing();
         addChanges();
         addFiles();
+        addDiscovery();
     }
 
     int run(int argc, char** argv)
@@ -43,7 +45,9 @@ public:
         try {
             app_.parse(argc, argv);
         } catch (const CLI::ParseError& error) {
-            return app_.exit(error) == 0 ? kDone : kBadInput;
+            if (error.get_exit_code() == 0)
+                return app_.exit(error) == 0 ? kDone : kBadInput; // help or version
+            throw CommandError(kBadInput, whatIsWrong(argc > 1 ? argv[1] : "", error));
         }
         if (loginName().empty())
             throw CommandError(kNoPermission, "the user database has no entry for you");
@@ -54,6 +58,20 @@ public:
     }
 
 private:
+    std::string whatIsWrong(const std::string& first, const CLI::ParseError& error) const
+    {
+        bool known = std::any_of(actions_.begin(), actions_.end(),
+                                 [&](const auto& action) { return action.first->get_name() == first; });
+        if (known || first.starts_with("-"))
+            return error.what() + std::string(" (--help explains)");
+        std::string message =
+            first.empty() ? "no command given" : "there is no command \"" + printable(first) + "\"";
+        message += "; the commands are";
+        for (const CLI::App* command : app_.get_subcommands({}))
+            message += " " + command->get_name();
+        return message;
+    }
+
     CLI::App* add(const char* name, const char* does, const std::function<void()>& action)
     {
         CLI::App* command = app_.add_subcommand(name, does);
@@ -127,6 +145,14 @@ private:
                             "Each list in the file takes the place of the stored one");
         CLI::App* exporting = add("export", "Write all lists as JSON", [&o] { exportLists(o.path); });
         exporting->add_option("FILE", o.path, "\"-\", standard output, unless given");
+        add("restore", "Put the copy that the last discovery kept back in place of the lists", restoreLists);
+    }
+
+    void addDiscovery()
+    {
+        CLI::App* discovering = add("discover", "Ask a printer for its profiles, and print them",
+                                    [this] { discoverProfiles(options_.host); });
+        discovering->add_option("HOST", options_.host, "Name or address of the printer")->required();
     }
 
     std::vector<int32_t> listIndexes() const
@@ -151,8 +177,12 @@ private:
 int main(int argc, char** argv)
 {
     passHelperMessages();
+    signal(SIGPIPE, SIG_IGN); // a reader that has gone is an output that cannot be written
     try {
-        return CommandLine().run(argc, argv);
+        int status = CommandLine().run(argc, argv);
+        if (!std::cout.flush())
+            throw CommandError(kNotWritten, "standard output could not be written");
+        return status;
     } catch (const CommandError& error) {
         std::cerr << "profilectl: " << error.what() << '\n';
         return error.status;

@@ -1,6 +1,6 @@
 #include "profiles/DriverPaths.h"
 #include "support/Process.h"
-#include "support/Sandbox.h"
+#include "support/SimulatedPrinter.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -10,24 +10,33 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr uid_t kNobody = 65534;
+
+bool has(const std::string& text, const std::string& words)
+{
+    return text.find(words) != std::string::npos;
+}
+
 /// The program and the real helper in a root folder of their own.
-class Profilectl : public testing::Test {
+class ProfilectlTest : public testing::Test {
 protected:
-    Profilectl() : root("PDE_ROOT", sandbox.path().string())
+    ProfilectlTest() : helper(helperExecutable()), root("PDE_ROOT", sandbox.path().string())
     {
         fs::create_directories(preferencesFolder());
         fs::create_directories(fs::path(helperExecutable()).parent_path());
-        fs::copy_file(PDE_HELPER, helperExecutable());
+        for (const char* name : {"R4270Helper", "R4270Walker"})
+            fs::create_symlink(helper.parent_path() / name,
+                               fs::path(helperExecutable()).parent_path() / name);
     }
 
-    ProcessResult run(std::vector<std::string> arguments, ProcessOptions options = {}) const
+    static ProcessResult run(std::vector<std::string> arguments, ProcessOptions options = {})
     {
         arguments.insert(arguments.begin(), PDE_PROFILECTL);
         return runProcess(arguments, options);
     }
 
     /// Expects success and gives what was printed.
-    std::string done(const std::vector<std::string>& arguments, const std::string& input = {}) const
+    static std::string done(const std::vector<std::string>& arguments, const std::string& input = {})
     {
         ProcessResult result = run(arguments, {.input = input});
         EXPECT_EQ(result.status, 0) << result.err;
@@ -36,160 +45,222 @@ protected:
     }
 
     /// Expects this exit status, a message that holds `words`, and an untouched list file.
-    void fails(const std::vector<std::string>& arguments, int status, const std::string& words,
-               const std::string& input = {}) const
+    static void fails(const std::vector<std::string>& arguments, int status, const std::string& words,
+                      const std::string& input = {})
     {
         std::string before = readFile(currentListPath());
         ProcessResult result = run(arguments, {.input = input});
-        EXPECT_EQ(result.status, status) << arguments[0] << ": " << result.err;
-        EXPECT_NE((result.err + result.out).find(words), std::string::npos) << result.err;
-        EXPECT_EQ(readFile(currentListPath()), before);
+        EXPECT_EQ(result.status, status) << words << ": " << result.err;
+        EXPECT_TRUE(has(result.err, words) && has(result.err, "profilectl: ")) << words << ": " << result.err;
+        EXPECT_TRUE(readFile(currentListPath()) == before) << words;
+    }
+
+    void writeList(const fs::path& path, const std::string& text) const
+    {
+        fs::remove(path);
+        sandbox.write(path.lexically_relative(sandbox.path()), text);
+    }
+
+    /// Starts a printer and has the walk find it.
+    std::unique_ptr<SimulatedPrinter> printer(const std::string& table,
+                                              const std::vector<std::string>& options = {}) const
+    {
+        auto started = std::make_unique<SimulatedPrinter>(table, options);
+        sandbox.write("snmp/snmp.conf",
+                      "defaultPort " + std::to_string(started->port()) + "\ntimeout 3\nretries 0\n");
+        return started;
     }
 
     Sandbox sandbox;
-    ScopedVariable root;
+    fs::path helper; ///< this build's own
+    ScopedVariable root, configuration{"SNMPCONFPATH", (sandbox / "snmp").string()};
 };
 
 } // namespace
 
-TEST_F(Profilectl, AddsHidesShowsAndRemovesThroughTheHelper)
+TEST_F(ProfilectlTest, AddsHidesShowsAndRemovesThroughTheHelper)
 {
-    EXPECT_NE(done({"check"}).find("no list file yet"), std::string::npos);
+    EXPECT_TRUE(has(done({"check"}), "no list file yet"));
     EXPECT_EQ(done({"list"}), "");
-    done({"add", "--class", "rgb", "photo.icc", "--name", "B\xC3\xBCro"});
-    done({"add", "proof.icc", "--class", "sim,dst", "--location", "card", "--hidden"});
-    EXPECT_EQ(done({"list", "--class", "rgb"}),
-              "rgb  shown   by-hand     disk  photo.icc                        B\xC3\xBCro\n");
-    EXPECT_EQ(done({"hide", "photo.icc"}), "photo.icc is now hidden in the menus of rgb\n");
-    EXPECT_EQ(done({"hide", "photo.icc"}), "photo.icc was already hidden in the menus of rgb\n");
-    done({"show", "proof.icc", "--class", "dst"});
-    EXPECT_EQ(done({"remove", "proof.icc", "--class", "sim"}), "removed proof.icc from sim\n");
-    EXPECT_EQ(done({"list"}), "rgb  hidden  by-hand     disk  photo.icc                        B\xC3\xBCro\n"
-                              "dst  shown   by-hand     card  proof.icc                        proof.icc\n");
-    EXPECT_NE(done({"check"}).find("nothing is wrong"), std::string::npos);
+    std::string longest(31, 'n');
+    done({"add", "--class", "rgb", "photo.icc", "--name", longest});
+    done({"add", "photo.icc", "--class", "rgb,sim,dst", "--location", "card", "--hidden"});
+    EXPECT_EQ(done({"hide", "photo.icc", "--location", "disk"}),
+              "photo.icc is now hidden in the menus of rgb\n");
+    EXPECT_EQ(done({"hide", "photo.icc", "--location", "disk"}),
+              "photo.icc was already hidden in the menus of rgb\n");
+    EXPECT_EQ(done({"show", "photo.icc", "--class", "dst"}), "photo.icc is now shown in the menus of dst\n");
+    EXPECT_EQ(done({"remove", "photo.icc", "--class", "sim"}), "removed photo.icc from sim\n");
+    fails({"show", "photo.icc", "--class", "sim"}, 3,
+          "none of these lists has a profile \"photo.icc\"; it is in rgb, dst");
+    EXPECT_EQ(done({"list"}),
+              "rgb  hidden  by-hand     disk  photo.icc                        " + longest +
+                  "\nrgb  hidden  by-hand     card  photo.icc                        photo.icc\n"
+                  "dst  shown   by-hand     card  photo.icc                        photo.icc\n");
+    EXPECT_TRUE(has(done({"check"}), "nothing is wrong"));
+    EXPECT_EQ(runProcess({"sh", "-c", PDE_PROFILECTL " list >/dev/full"}).status, 5);
+    EXPECT_EQ(runProcess({"bash", "-c", PDE_PROFILECTL " export | true; exit $PIPESTATUS"}).status, 5);
 }
 
-TEST_F(Profilectl, ExportedListsCanBeImportedElsewhereAndAgain)
+TEST_F(ProfilectlTest, ExportedListsCanBeImportedElsewhereAndAgain)
 {
     done({"add", "photo.icc", "--class", "rgb", "--name", "Photo"});
     std::string exported = done({"export"});
     EXPECT_EQ(done({"list", "--json"}), exported);
     EXPECT_EQ(done({"import", "-"}, exported), "0 added, 0 changed, 1 as they were\n");
-    EXPECT_EQ(done({"import", "-"}, R"({"rgb":[{"file":"photo.icc","name":"New","inMenu":false}],
-                                       "dst":[{"file":"a.icc","status":"on-printer"}]})"),
-              "1 added, 1 changed, 0 as they were\n");
+    const std::string two = R"({"rgb":[{"file":"photo.icc","name":"New","inMenu":false}],
+                                "dst":[{"file":"a.icc","status":"on-printer"}]})";
+    EXPECT_EQ(done({"import", "-"}, two), "1 added, 1 changed, 0 as they were\n");
     EXPECT_EQ(done({"list"}), "rgb  hidden  by-hand     disk  photo.icc                        New\n"
                               "dst  shown   on-printer  disk  a.icc                            a.icc\n");
     fails({"remove", "a.icc"}, 3, "would bring it back");
     std::string file = (sandbox / "lists.json").string();
     done({"export", file});
     fs::remove(currentListPath());
-    done({"import", file, "--replace"});
-    done({"export", file + "2"});
-    EXPECT_EQ(readFile(file), readFile(file + "2"));
-    EXPECT_EQ(done({"import", "-", "--replace"}, R"({"rgb":[]})"), "0 added, 0 changed, 0 as they were\n");
-    EXPECT_EQ(done({"list", "--class", "rgb"}), "") << "only the named list is replaced";
-    EXPECT_NE(done({"list"}), "");
+    EXPECT_EQ(done({"import", file, "--replace"}), "2 added, 0 changed, 0 as they were, 0 removed\n");
+    EXPECT_EQ(done({"export"}), readFile(file));
+    done({"add", "more.icc", "--class", "rgb,dst"});
+    EXPECT_EQ(done({"import", "-", "--replace"}, R"({"rgb":[{"file":"photo.icc"},{"file":"b.icc"}]})"),
+              "1 added, 1 changed, 0 as they were, 1 removed\n");
+    EXPECT_TRUE(has(done({"list", "--class", "dst"}), "more.icc")) << "only the named list is replaced";
 }
 
-TEST_F(Profilectl, SaysWhatIsWrongWithACommandANameOrAnImportedFile)
+TEST_F(ProfilectlTest, SaysWhatIsWrongWithACommandANameOrAnImportedFile)
 {
     done({"add", "photo.icc", "--class", "rgb"});
-    fails({"add", "photo.icc", "--class", "dst,rgb"}, 3, "already");
-    fails({"hide", "nope.icc"}, 3, "no list has");
-    fails({"hide", "photo.icc", "--location", "card"}, 3, "no list has");
-    struct {
-        std::string file, name, words;
-    } names[] = {
-        {"a/b.icc", "x", "path"},
-        {"a b.icc", "x", "no profile file name"},
-        {"a.iccc", "x", "no profile file name"},
-        {"", "x", "no profile file name"},
-        {"a.icc", std::string(32, 'n'), "32 bytes"},
-        {"a.icc", std::string(30, 'n') + "\xC3\xA9", "32 bytes"},
-        {"a.icc", "bell\x07", "cannot be shown"},
-        {"a.icc", "\xFF", "cannot be shown"},
+    const struct {
+        std::vector<std::string> arguments;
+        int status;
+        std::string words;
+    } commands[] = {
+        {{"add", "photo.icc", "--class", "dst,rgb"}, 3, "already"},
+        {{"hide", "nope.icc"}, 3, "no list has"},
+        {{"hide", "photo.icc", "--location", "card"}, 3, "no list has"},
+        {{"add", "--class", "rgb", "a/b.icc"}, 2, "path"},
+        {{"add", "--class", "rgb", "a b.icc"}, 2, "no profile file name"},
+        {{"add", "--class", "rgb", "--", ""}, 2, "no profile file name"},
+        {{"add", "--class", "rgb", "a.icc", "--name", std::string(30, 'n') + "\xC3\xA9"}, 2, "32 bytes"},
+        {{"add", "--class", "rgb", "a.icc", "--name", "bell\x07"}, 2, "cannot be shown"},
+        {{"add", "--class", "rgb", "a.icc", "--name", "\xFF"}, 2, "cannot be shown"},
+        {{}, 2, "commands are list"},
+        {{"bogus"}, 2, "no command \"bogus\"; the commands are list"},
+        {{"add", "a.icc"}, 2, "--class"},
+        {{"list", "--class", "cmyk"}, 2, "cmyk"},
+        {{"import", "/nowhere"}, 2, "cannot read"},
+        {{"restore"}, 3, "no previous copy"},
     };
-    for (auto& [file, name, words] : names)
-        fails({"add", "--class", "rgb", "--name", name, "--", file}, 2, words);
-    for (std::vector<std::string> arguments :
-         std::vector<std::vector<std::string>>{{},
-                                               {"bogus"},
-                                               {"add"},
-                                               {"add", "a.icc"},
-                                               {"list", "--class", "cmyk"},
-                                               {"import"},
-                                               {"import", "/nowhere"},
-                                               {"list", "x"}}) {
-        ProcessResult result = run(arguments);
-        EXPECT_EQ(result.status, 2) << result.err;
-        EXPECT_NE(result.err, "");
-    }
-    for (auto [text, words] : std::vector<std::pair<std::string, std::string>>{
-             {"[1", "no JSON"},
-             {"[]", "no object"},
-             {R"({"cmyk":[]})", "cmyk"},
-             {R"({"rgb":{}})", "array"},
-             {R"({"rgb":[{"file":"ok.icc"},{"file":"a.icc","bogus":1}]})", "rgb[1]"},
-             {R"({"rgb":[{}]})", "missing"},
-             {R"({"rgb":[{"file":7}]})", "another type"},
-             {R"({"rgb":[{"file":"a.icc","index":4294967296}]})", "32 bits"},
-             {R"({"rgb":[{"file":"a.icc","status":"lost"}]})", "status"},
-             {R"({"rgb":[{"file":"a.icc","location":"moon"}]})", "disk"},
-             {std::string(5 << 20, ' '), "4 MiB"}})
+    for (const auto& [arguments, status, words] : commands)
+        fails(arguments, status, words);
+    const std::pair<std::string, const char*> files[] = {
+        {"[1", "no JSON"},
+        {R"({"cmyk":[]})", "cmyk"},
+        {R"({"rgb":{}})", "array"},
+        {R"({"rgb":[{"file":"ok.icc"},{"file":"a.icc","bogus":1}]})", "rgb[1]"},
+        {R"({"rgb":[{}]})", "missing"},
+        {R"({"rgb":[{"file":7}]})", "another type"},
+        {R"({"rgb":[{"file":"a.icc","index":18446744073709551615}]})", "32 bits"},
+        {R"({"rgb":[{"file":"a.icc","status":"lost"}]})", "status"},
+        {R"({"rgb":[{"file":"a.icc","location":"moon"}]})", "disk"},
+        {std::string(5 << 20, ' '), "4 MiB"},
+    };
+    for (const auto& [text, words] : files)
         fails({"import", "-"}, 2, words, text);
-    EXPECT_NE(done({"list", "--help"}).find("--json"), std::string::npos);
 }
 
-TEST_F(Profilectl, CheckNamesTheFaultsOfAFileAndWhatReadingMakesOfIt)
+TEST_F(ProfilectlTest, CheckTellsWhatReadingLosesAndTheLastGoodCopyIsPutBack)
 {
     done({"add", "one.icc", "--class", "rgb"});
     done({"add", "two.icc", "--class", "rgb"});
-    std::string good = readFile(currentListPath());
-    auto checked = [&](const std::string& from, const std::string& to) {
+    const std::string good = readFile(currentListPath());
+    const struct {
+        std::string from, to, words;
+    } rows[] = {
+        {"<key>InMenu0000</key>\n<integer>6<", "<key>InMenu0000</key>\n<integer>0<",
+         "\nRGB: \"two.icc\" in slot 1 lost: iNum is 2, but 1 slot used\n1 fault\n"},
+        {"one.icc", std::string(40, 'x'), "RGB: FileName: 1 name cut to 31 bytes"},
+        {"InMenu0499", "InMenu0500", "RGB: InMenu: 1 value lost"},
+        {"<key>SIM</key>", "<key>sim</key>", "SIM: the list is missing"},
+        {"</plist>", "</plis>", "no profile list"},
+        // What costs nothing is no fault: names against the rule, twice the same, a count without its slots.
+        {"one.icc", "two.icc", ""},
+        {"one.icc", "not allowed.icc", ""},
+        {"<key>FileName0000</key>\n<string>one.icc</string>", "", ""},
+        {"<integer>2</integer>", "<integer>3</integer>", ""},
+    };
+    for (const auto& [from, to, words] : rows) {
         std::string text = good;
-        size_t at = text.find(from);
-        EXPECT_NE(at, std::string::npos) << from;
-        fs::remove(currentListPath());
-        sandbox.write(fs::path(currentListPath()).lexically_relative(sandbox.path()),
-                      text.replace(at, from.size(), to));
+        writeList(currentListPath(), text.replace(text.find(from), from.size(), to));
         ProcessResult result = run({"check"});
-        EXPECT_EQ(result.status, 1);
-        return result.out;
-    };
-    auto has = [](const std::string& text, const std::string& words) {
-        return text.find(words) != std::string::npos;
-    };
-    std::string hole = checked("<key>InMenu0000</key>\n<integer>6<", "<key>InMenu0000</key>\n<integer>0<");
-    EXPECT_TRUE(has(hole, "RGB: iNum is 2 but 1 slots are used")) << hole;
-    EXPECT_TRUE(has(hole, "reading loses \"two.icc\" in slot 1")) << hole;
-    EXPECT_TRUE(has(checked("one.icc", "two.icc"), "is there twice"));
-    EXPECT_TRUE(has(checked("one.icc", "not allowed.icc"), "breaks the rule"));
-    EXPECT_TRUE(has(checked("one.icc", std::string(40, 'x')), "longer than 31"));
-    EXPECT_TRUE(has(checked("InMenu0499", "InMenu0500"), "InMenu: 1 entries are ignored"));
-    EXPECT_TRUE(has(checked("<key>SIM</key>", "<key>sim</key>"), "SIM: the list is missing"));
-    EXPECT_TRUE(has(checked("</plist>", "</plis>"), "no profile list"));
+        EXPECT_EQ(result.status, words.empty() ? 0 : 1) << to << result.out;
+        EXPECT_TRUE(has(result.out, words)) << result.out;
+    }
+    writeList(currentListPath(), "<plist>");
+    writeList(previousListPath(), good);
     fails({"add", "x.icc", "--class", "rgb"}, 1, "profilectl check");
+    done({"restore"});
+    EXPECT_TRUE(readFile(currentListPath()) == good);
+    writeList(previousListPath(), "<plist>");
+    fails({"restore"}, 1, "cannot be read");
+    writeList(currentListPath(), "<plist>");
     done({"import", "-", "--replace"}, R"({"rgb":[],"sim":[],"dst":[]})");
-    EXPECT_NE(done({"check"}).find("nothing is wrong"), std::string::npos);
+    EXPECT_TRUE(has(done({"check"}), "nothing is wrong"));
 }
 
-TEST_F(Profilectl, AUserWithoutPermissionOrHelperCanOnlyRead)
+TEST_F(ProfilectlTest, AUserWithoutPermissionOrAHelperThatWorksCanOnlyRead)
 {
     done({"add", "photo.icc", "--class", "rgb"});
-    fs::path helper = helperExecutable();
-    fs::rename(helper, helper.string() + ".away");
-    fails({"hide", "photo.icc"}, 4, "not installed");
-    fs::rename(helper.string() + ".away", helper);
+    const fs::path installed = helperExecutable();
+    fs::remove(installed);
+    fails({"hide", "photo.icc"}, 4, "is not installed");
+    sandbox.write(installed.lexically_relative(sandbox.path()), readFile(helper).substr(0, 3000));
+    fs::permissions(installed, fs::perms(0644));
+    fails({"hide", "photo.icc"}, 4, "cannot be executed");
+    fs::permissions(installed, fs::perms(0755));
+    fails({"hide", "photo.icc"}, 4, "is damaged");
     if (getuid() != 0)
         GTEST_SKIP() << "running as another user needs root";
-    fs::permissions(sandbox.path(), fs::perms(0755));
+    fs::remove(installed);
+    ProcessResult nosuid = runProcess(
+        {"unshare", "-m", "sh", "-c",
+         "mount -t tmpfs -o nosuid none \"$1\" && cp \"$2\" \"$1\" && chown 65534 \"$1/R4270Helper\" && "
+         "chmod 4755 \"$1/R4270Helper\" && exec " PDE_PROFILECTL " discover 127.0.0.1",
+         "sh", installed.parent_path(), helper});
+    EXPECT_TRUE(nosuid.status == 4 && has(nosuid.err, "nosuid")) << nosuid.err;
+    fs::copy_file(helper, installed);
     fs::copy_file(PDE_PROFILECTL, sandbox / "profilectl"); // the build folder may be closed to others
-    constexpr uid_t kNobody = 65534;
+    fs::permissions(sandbox.path(), fs::perms(0755));
     ProcessOptions nobody;
     nobody.uid = nobody.gid = kNobody;
     ProcessResult result = runProcess({sandbox / "profilectl", "add", "x.icc", "--class", "rgb"}, nobody);
     EXPECT_EQ(result.status, 4) << result.err;
+    EXPECT_TRUE(has(result.err, "members of the group")) << result.err;
     EXPECT_EQ(runProcess({sandbox / "profilectl", "list"}, nobody).status, 0);
     EXPECT_FALSE(fs::exists(currentListPath("nobody")));
+}
+
+TEST_F(ProfilectlTest, DiscoverSaysWhatAPrinterHasAndNoSaveDuringAWalkIsLost)
+{
+    auto without = printer("", {"--community", "other"});
+    EXPECT_TRUE(has(run({"discover", "127.0.0.1"}).err, "no answer"));
+    without = printer("");
+    ProcessResult unsupported = run({"discover", "127.0.0.1"});
+    EXPECT_TRUE(unsupported.status == 3 && has(unsupported.err, "not supported")) << unsupported.err;
+    std::string table;
+    for (int i = 0; i < 10; ++i) {
+        std::string name = "P" + std::to_string(i) + ".ICC";
+        table += "profile " + std::to_string(i + 1) + " 4 \"Profile\" \"" + name + "\" 1\n";
+    }
+    auto ten = printer(table);
+    EXPECT_TRUE(has(done({"discover", "127.0.0.1"}),
+                    "rgb  hidden  on-printer  disk  P9.ICC                           Profile\n"));
+    // Each save falls into a walk, a little later each time.
+    for (int i = 0; i < 12; ++i) {
+        done({"import", "-", "--replace"}, R"({"rgb":[],"sim":[],"dst":[]})");
+        BackgroundProcess walk({PDE_PROFILECTL, "discover", "127.0.0.1"}, sandbox / "walk");
+        sleepMilliseconds(2 * i);
+        done({"add", "mine.icc", "--class", "rgb"});
+        EXPECT_TRUE(waitUntil([&] { return !walk.running(); }));
+        std::string list = done({"list"});
+        EXPECT_TRUE(has(list, "mine.icc") && has(list, "P0.ICC")) << i << list << readFile(sandbox / "walk");
+    }
 }

@@ -143,8 +143,7 @@ TEST_F(HostileListFile, OddStringsAreReadSafelyAndWrittenAgain)
     } rows[] = {
         {"<string>" + std::string(1000000, 'x') + "</string>", std::string(31, 'x')},
         {"<string>a&#0;b</string>", "a"},
-        {"<string>a&#xD800;b</string>", "a\xED\xA0\x80"
-                                        "b"},
+        {"<string>a&#xD800;b</string>", ""},
         {"<string>a<!-- c -->b<![CDATA[<c>]]></string>", "ab<c>"},
         {"<string> </string>", " "},
         {"<string/>", ""},

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 
 namespace {
 
@@ -111,19 +110,17 @@ void vRestructDetail(int row, ProfileList* list)
 
 int32_t vRestructPlistSpool2Current(int exitValue)
 {
-    auto lists = std::make_unique<ProfileLists>();
-    ProfileList& rgb = (*lists)[kRgbList];
-    ProfileList& sim = (*lists)[kSimList];
-    ProfileList& dst = (*lists)[kDstList];
-    (void)VelPListReadProfile_All(&rgb, &sim, &dst); // no file yet: the lists stay empty
-    for (ProfileList& list : *lists)
-        vDeleteMIBprofilesTemporary(exitValue, &list);
-    removeBadNames(*lists);
-    mergeSpool(*lists);
-    for (ProfileList& list : *lists) {
-        VelPListCleanProfile_Dict(&list);
-        VelPListPaddingProfile_Dict(&list);
-        VelPListSalvage_Dict(&list);
-    }
-    return VelPListWriteProfile_All(&rgb, &sim, &dst);
+    // Without a file, or with one that cannot be read, the lists are empty.
+    return updateLists([exitValue](ProfileLists& lists, int32_t) {
+        for (ProfileList& list : lists)
+            vDeleteMIBprofilesTemporary(exitValue, &list);
+        removeBadNames(lists);
+        mergeSpool(lists);
+        for (ProfileList& list : lists) {
+            VelPListCleanProfile_Dict(&list);
+            VelPListPaddingProfile_Dict(&list);
+            VelPListSalvage_Dict(&list);
+        }
+        return true;
+    });
 }

@@ -9,8 +9,10 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -124,6 +126,28 @@ bool drain(int input, std::string& reply)
     }
 }
 
+/// The right to replace list files, which one process has at a time. Whoever cannot get it within a second
+/// goes on without: anybody can hold the folder, and nobody is to be kept from saving.
+class WritersTurn {
+public:
+    WritersTurn() : folder_(open(preferencesFolder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        constexpr timespec kPause = {0, 1'000'000};
+        for (int i = 0; i < 1000 && flock(folder_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; ++i)
+            nanosleep(&kPause, nullptr);
+    }
+    ~WritersTurn()
+    {
+        if (folder_ >= 0)
+            close(folder_);
+    }
+    WritersTurn(const WritersTurn&) = delete;
+    WritersTurn& operator=(const WritersTurn&) = delete;
+
+private:
+    int folder_;
+};
+
 } // namespace
 
 void passHelperMessages()
@@ -209,12 +233,14 @@ std::vector<std::string_view> listFilePieces(std::string_view text)
     return pieces;
 }
 
-int32_t sendListFile(std::string_view text)
+int32_t sendListFile(std::string_view text, const std::function<bool()>& stillWanted)
 {
     std::string url = fileUrl(currentListPath());
     for (std::string_view piece : listFilePieces(text)) {
         if (!helperConfirms({kWritePieceCommand, url, std::string(piece)}))
             return -1;
     }
-    return helperConfirms({kRenameCommand, url}) ? 0 : -1;
+    WritersTurn turn;
+    bool wanted = !stillWanted || stillWanted();
+    return wanted && helperConfirms({kRenameCommand, url}) ? 0 : -1;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -41,5 +42,6 @@ inline constexpr size_t kLongestPiece = 90000;
 std::vector<std::string_view> listFilePieces(std::string_view text);
 
 /// Replaces the current user's list file by `text`, piece by piece, and stops at the first piece that
-/// fails. 0, or -1: the file is then unchanged.
-int32_t sendListFile(std::string_view text);
+/// fails. 0, or -1: the file is then unchanged. `stillWanted`, when given, is asked just before the rename;
+/// while it is asked and until the file is replaced, no other process replaces it through this function.
+int32_t sendListFile(std::string_view text, const std::function<bool()>& stillWanted = nullptr);

@@ -62,10 +62,11 @@ NSString* locationWord(SInt32 location)
     }
 }
 
-// Titles of the profiles in a menu, in list order; of equal ones the last. False when one had to be left out.
-static bool menuTitles(const ProfileList& list, NSMutableArray* titles)
+// Titles of the profiles in a menu, in list order; of equal ones the last. `status` tells when one had to be
+// left out.
+static NSArray* menuTitles(const ProfileList& list, int* status)
 {
-    bool complete = true;
+    NSMutableArray* titles = [NSMutableArray array];
     NSMutableSet* taken = [NSMutableSet set];
     for (int32_t i = usedSlots(list) - 1; i >= 0; --i) {
         const ProfileRecord& record = list.records[i];
@@ -74,13 +75,14 @@ static bool menuTitles(const ProfileList& list, NSMutableArray* titles)
         NSString* word = locationWord(record.Location);
         NSString* title = [NSString
             stringWithFormat:@"%@(%@)%@", nameString(record.FileName), nameString(record.ProfileName), word];
-        complete = complete && word != nil;
+        if (word == nil)
+            *status = kStatusBadParameter;
         if (word == nil || [taken containsObject:title])
             continue;
         [taken addObject:title];
         [titles insertObject:title atIndex:0];
     }
-    return complete;
+    return titles;
 }
 
 @implementation PDECommon (Profiles)
@@ -93,8 +95,9 @@ static bool menuTitles(const ProfileList& list, NSMutableArray* titles)
     int status = VelPListReadProfile_All(&lists[kRgbList], &lists[kSimList], &lists[kDstList]);
     if (status != 0)
         return status;
-    NSMutableArray* titles[kProfileListCount] = {};
-    bool complete[kProfileListCount] = {};
+    NSArray* titles[kProfileListCount] = {};
+    for (int32_t list = 0; hasRow(table, 0) && list < kProfileListCount; ++list)
+        titles[list] = menuTitles(lists[list], &status);
     for (SInt16 i = 0; hasRow(table, i); ++i) {
         int32_t list = listOfKind(table[i].profileClass);
         // Never set back: a table with other rows reports them, and nobody minds.
@@ -102,12 +105,6 @@ static bool menuTitles(const ProfileList& list, NSMutableArray* titles)
             status = kStatusBadParameter;
             continue;
         }
-        if (titles[list] == nil) {
-            titles[list] = [NSMutableArray array];
-            complete[list] = menuTitles(lists[list], titles[list]);
-        }
-        if (!complete[list])
-            status = kStatusBadParameter;
         NSPopUpButton* popup = table[i].control;
         auto choices = (NSInteger)[choicesOf(table[i]) count];
         while ([popup numberOfItems] > choices)

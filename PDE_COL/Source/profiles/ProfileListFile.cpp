@@ -134,8 +134,7 @@ FileProblem checkStatus(const struct stat& status)
 {
     if (!S_ISREG(status.st_mode))
         return FileProblem::kNotAFile;
-    return status.st_size > static_cast<off_t>(kLongestListFile) ? FileProblem::kTooLong
-                                                                     : FileProblem::kNone;
+    return status.st_size > static_cast<off_t>(kLongestListFile) ? FileProblem::kTooLong : FileProblem::kNone;
 }
 
 } // namespace

@@ -88,6 +88,25 @@ int32_t VelPListWriteProfile_All(const ProfileList* rgb, const ProfileList* sim,
     return VelPListIsAdminProfile() != 0 ? writeLists(*rgb, *sim, *dst) : kFailure;
 }
 
+int32_t updateLists(const std::function<bool(ProfileLists& lists, int32_t readResult)>& change)
+{
+    constexpr int kAttempts = 10;
+    std::string path = currentListPath();
+    bool replaced = true;
+    for (int i = 0; i < kAttempts && replaced; ++i) {
+        auto lists = std::make_unique<ProfileLists>();
+        auto& [rgb, sim, dst] = *lists;
+        FileVersion read = versionOf(path);
+        if (!change(*lists, VelPListReadProfile_All(&rgb, &sim, &dst)))
+            return kSuccess;
+        replaced = false;
+        auto isSame = [&] { return !(replaced = versionOf(path) != read); };
+        if (VelPListIsAdminProfile() != 0 && sendListFile(listFileText(rgb, sim, dst), isSame) == 0)
+            return kSuccess;
+    }
+    return kFailure;
+}
+
 int32_t VelPListWriteProfile_Dict(const ProfileList* list, int32_t index, ProfileList* rgb, ProfileList* sim,
                                   ProfileList* dst)
 {

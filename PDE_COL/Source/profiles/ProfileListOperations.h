@@ -3,6 +3,7 @@
 #include "profiles/ProfileRecord.h"
 
 #include <cstdint>
+#include <functional>
 
 class PropertyListDocument;
 class PropertyListNode;
@@ -24,6 +25,11 @@ int32_t VelPListReadProfile_Dict_Pap(ProfileList* list, int32_t index);
 
 /// Replaces the list file by these lists.
 int32_t VelPListWriteProfile_All(const ProfileList* rgb, const ProfileList* sim, const ProfileList* dst);
+
+/// Changes the stored lists and loses nothing that others save meanwhile: reads them into zeroed lists, lets
+/// `change` work on them, and writes them unless it answers false. When the list file is not the one any more
+/// that was read, begins again from the new one, a few times. `change` is told the result of the read.
+int32_t updateLists(const std::function<bool(ProfileLists& lists, int32_t readResult)>& change);
 
 /// Replaces one list and keeps the other two. The out lists, each of which may be null, receive what the
 /// file held before, but for the class written: that one receives `list`, whether or not the write

@@ -57,7 +57,7 @@ void setNameText(char (&field)[kProfileNameSize], std::string_view text, size_t 
 
 std::optional<std::string> storableName(const char (&field)[kProfileNameSize])
 {
-    std::string_view text = nameText(field);
+    std::string_view text = nameText(field).substr(0, kLongestName);
     text.remove_suffix(cutBytes(text));
     if (!isPropertyListText(text))
         return std::nullopt;

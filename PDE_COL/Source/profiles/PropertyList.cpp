@@ -122,7 +122,8 @@ std::optional<std::string> PropertyListNode::string() const
     std::string text = element_.value();
     for (pugi::xml_node part : element_)
         text += part.value();
-    return text;
+    // Only a reference can bring what is no UTF-8: half of a surrogate pair.
+    return isUtf8(text) ? std::optional(text) : std::nullopt;
 }
 
 PropertyListNode PropertyListNode::operator[](std::string_view key) const

@@ -19,7 +19,7 @@ public:
     bool isDictionary() const;
     /// Nothing when this is no integer, or one that 32 bits do not hold.
     std::optional<int32_t> integer() const;
-    /// UTF-8; nothing when this is no string.
+    /// UTF-8; nothing when this is no string, or one that refers to a character that there is not.
     std::optional<std::string> string() const;
 
     /// The value of `key` in this dictionary; of a key that is there twice the last. No value when this is
