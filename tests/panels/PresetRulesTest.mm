@@ -4,15 +4,6 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#if __has_feature(address_sanitizer)
-// The rule table is in this program and once more in the bundle that it loads.
-extern "C" const char* __asan_default_options();
-extern "C" const char* __asan_default_options()
-{
-    return "detect_odr_violation=0";
-}
-#endif
-
 TEST(PresetExpression, CombinesTheAccumulatorWithTheOperandLoadedLast)
 {
     bool slots[kConditionSlots] = {false, true};

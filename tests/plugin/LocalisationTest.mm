@@ -1,8 +1,8 @@
 // The texts of the panel, in the language of the process (LANGUAGE): CTest runs this once for each. What is
 // measured is the real bundle's panel and window after the panel has put its texts there.
+#import "common/ClassNames.h"
 #import "common/ControlItem.h"
 #import "panels/ColorOptions.h"
-#import "common/ClassNames.h"
 #import "plugin/PanelProtocol.h"
 #import <AppKit/AppKit.h>
 

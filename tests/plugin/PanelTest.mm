@@ -66,8 +66,8 @@ TEST(Panel, BuildsTablesOfNineAndFortySixRows)
     [all removeAllObjects];
     [harness.outlet("onColorView") createPPDKeyNSArray:all];
     EXPECT_EQ([all count], 9u);
-    EXPECT_EQ([harness.outlet("tab_SwitchVew") indexOfTabViewItem:[harness.outlet("tab_SwitchVew")
-                                                                      selectedTabViewItem]],
+    EXPECT_EQ([harness.outlet("tab_SwitchVew")
+                  indexOfTabViewItem:[harness.outlet("tab_SwitchVew") selectedTabViewItem]],
               0);
 }
 
@@ -109,9 +109,10 @@ TEST(Panel, DoesNotSwitchBeforeTheTablesExist)
 
 TEST(Panel, RestoresDefaultsFirstAndThenTheSettingsAndThenTheRules)
 {
-    PanelHarness harness("", @{
-        @"R4270" : @{@"Test_Queue" : @{@"VelQuickColor" : @"UserDefined", @"VelImageRGBSource" : @"None"}}
-    });
+    PanelHarness harness(
+        "", @{
+            @"R4270" : @{@"Test_Queue" : @{@"VelQuickColor" : @"UserDefined", @"VelImageRGBSource" : @"None"}}
+        });
     EXPECT_TRUE([harness.panel() restoreValuesAndReturnError:nullptr]);
     EXPECT_EQ([harness.popup("menu_QuickColor") indexOfSelectedItem], 3);
     EXPECT_EQ([harness.popup("menu_iRGBSource") indexOfSelectedItem], 0);

@@ -31,7 +31,8 @@
     NSString* deviceURI_;
     ppd_file_t* ppdFile_;
 }
-/// Opens the PPD, marks its defaults and puts its texts into the user's language. Nil, and a reason in `error`, when it cannot be read.
+/// Opens the PPD, marks its defaults and puts its texts into the user's language. Nil, and a reason in
+/// `error`, when it cannot be read.
 - (instancetype)initWithIdentifier:(NSString*)identifier
                          deviceURI:(NSString*)uri
                               file:(NSString*)ppdPath

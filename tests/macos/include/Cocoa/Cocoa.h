@@ -30,12 +30,19 @@ typedef struct {
 typedef struct {
     NSUInteger location, length;
 } NSRange;
-enum : NSStringEncoding { NSASCIIStringEncoding = 1, NSUTF8StringEncoding = 4 };
+enum : NSStringEncoding {
+    NSASCIIStringEncoding = 1,
+    NSUTF8StringEncoding = 4,
+    NSISOLatin1StringEncoding = 5,
+    NSShiftJISStringEncoding = 8,
+    NSWindowsCP1252StringEncoding = 12,
+    NSMacOSRomanStringEncoding = 30,
+};
 enum : NSUInteger { NSCompositingOperationSourceOver = 2 };
 enum : NSInteger { NSNotFound = 0x7FFFFFFFFFFFFFFF };
 enum : NSModalResponse { NSModalResponseOK = 1 };
 
-@class NSArray, NSBundle, NSDictionary, NSEnumerator, NSError, NSEvent, NSFont, NSImage, NSMenu, NSMenuItem;
+@class NSArray, NSBundle, NSData, NSDictionary, NSError, NSEvent, NSFont, NSImage, NSMenu, NSMenuItem;
 @class NSMutableArray, NSMutableDictionary, NSNotification, NSString, NSTableColumn, NSTableView, NSText,
     NSURL;
 @class NSView, NSWindow;
@@ -70,8 +77,9 @@ __attribute__((objc_root_class))
 - (void)dealloc;
 - (id)copy;
 @end
-@interface NSObject (NSNibAwaking)
+@interface NSObject (Categories)
 - (void)awakeFromNib;
+- (id)valueForKey:(NSString*)key;
 @end
 @protocol NSFastEnumeration
 - (NSUInteger)countByEnumeratingWithState:(void*)state objects:(id*)buffer count:(NSUInteger)length;
@@ -91,6 +99,7 @@ __attribute__((objc_root_class))
 - (void)getCharacters:(unichar*)buffer range:(NSRange)range;
 - (const char*)UTF8String;
 - (BOOL)isEqualToString:(NSString*)string;
+- (BOOL)hasPrefix:(NSString*)prefix;
 - (NSString*)substringWithRange:(NSRange)range;
 - (NSString*)lastPathComponent;
 - (NSString*)stringByReplacingOccurrencesOfString:(NSString*)target withString:(NSString*)replacement;
@@ -103,30 +112,32 @@ __attribute__((objc_root_class))
 - (NSUInteger)count;
 - (id)objectAtIndex:(NSUInteger)index;
 - (id)lastObject;
+- (NSArray*)subarrayWithRange:(NSRange)range;
+- (NSString*)componentsJoinedByString:(NSString*)separator;
 - (BOOL)containsObject:(id)object;
-- (NSEnumerator*)reverseObjectEnumerator;
 @end
 @interface NSMutableArray : NSArray
 + (instancetype)array;
 - (void)addObject:(id)object;
-- (void)removeLastObject;
-@end
-@interface NSEnumerator : NSObject <NSFastEnumeration>
+- (void)insertObject:(id)object atIndex:(NSUInteger)index;
 @end
 @interface NSMutableSet : NSObject
 + (instancetype)set;
 - (BOOL)containsObject:(id)object;
 - (void)addObject:(id)object;
 @end
-@interface NSDictionary : NSObject
+@interface NSDictionary : NSObject <NSFastEnumeration>
 - (id)objectForKey:(id)key;
 @end
 @interface NSMutableDictionary : NSDictionary
 + (instancetype)dictionary;
 - (void)setObject:(id)object forKey:(id)key;
+- (void)addEntriesFromDictionary:(NSDictionary*)dictionary;
 @end
 @interface NSNumber : NSObject
 + (NSNumber*)numberWithInt:(int)value;
+- (int)intValue;
+- (double)doubleValue;
 @end
 @interface NSIndexSet : NSObject
 + (instancetype)indexSet;
@@ -134,7 +145,12 @@ __attribute__((objc_root_class))
 @interface NSURL : NSObject
 + (NSURL*)fileURLWithPath:(NSString*)path;
 - (NSString*)path;
+- (NSString*)relativeString;
 - (NSString*)lastPathComponent;
+@end
+@interface NSData : NSObject
+- (const void*)bytes;
+- (NSUInteger)length;
 @end
 @interface NSBundle : NSObject
 + (NSBundle*)bundleForClass:(Class)aClass;
@@ -162,7 +178,6 @@ __attribute__((objc_root_class))
              hints:(NSDictionary*)hints;
 @end
 @interface NSMenuItem : NSObject
-- (instancetype)initWithTitle:(NSString*)title action:(SEL)action keyEquivalent:(NSString*)key;
 - (NSString*)title;
 - (void)setRepresentedObject:(id)object;
 - (NSImage*)onStateImage;
@@ -171,7 +186,7 @@ __attribute__((objc_root_class))
 - (void)setMixedStateImage:(NSImage*)image;
 @end
 @interface NSMenu : NSObject
-- (void)addItem:(NSMenuItem*)item;
+- (NSMenuItem*)addItemWithTitle:(NSString*)title action:(SEL)action keyEquivalent:(NSString*)key;
 @end
 @interface NSResponder : NSObject
 - (void)keyDown:(NSEvent*)event;
@@ -242,8 +257,6 @@ extern "C" NSApplication* NSApp;
 - (NSInteger)numberOfItems;
 - (NSMenuItem*)itemAtIndex:(NSInteger)index;
 - (NSString*)itemTitleAtIndex:(NSInteger)index;
-- (NSMenuItem*)lastItem;
-- (NSInteger)indexOfItem:(NSMenuItem*)item;
 - (NSInteger)indexOfSelectedItem;
 - (NSMenuItem*)selectedItem;
 - (void)selectItemAtIndex:(NSInteger)index;
@@ -255,7 +268,6 @@ extern "C" NSApplication* NSApp;
 - (BOOL)isEditable;
 - (void)setDelegate:(id)delegate;
 - (BOOL)textShouldBeginEditing:(NSText*)text;
-- (BOOL)textShouldEndEditing:(NSText*)text;
 @end
 @interface NSText : NSView
 - (NSString*)string;
