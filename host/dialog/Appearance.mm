@@ -23,10 +23,13 @@ static void registerFonts()
 
 void registerAppearance()
 {
+    NSDictionary* keys =
+        [NSDictionary dictionaryWithObjectsAndKeys:@"copy:", @"Control-c", @"cut:", @"Control-x",
+                                                   @"paste:", @"Control-v", @"selectAll:", @"Control-a", nil];
     NSDictionary* defaults = [NSDictionary
         dictionaryWithObjectsAndKeys:@"YES", @"GSSuppressAppIcon", @"NSWindows95InterfaceStyle",
                                      @"NSInterfaceStyleDefault", [NSNumber numberWithDouble:desktopScale()],
-                                     @"GSScaleFactor", nil];
+                                     @"GSScaleFactor", keys, @"GSKeyBindings", nil];
     [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
     registerFonts();
 }

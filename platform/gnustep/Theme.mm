@@ -5,7 +5,7 @@
 #import <GNUstepGUI/GSTheme.h>
 #import <objc/runtime.h>
 
-static const CGFloat kRadius = 5, kTabHeight = 24, kTabPadding = 14;
+static const CGFloat kRadius = 5, kTextInset = 4, kTabHeight = 24, kTabPadding = 14;
 
 static BOOL isPressed(GSThemeControlState state)
 {
@@ -19,14 +19,15 @@ static BOOL isDefault(NSCell* cell)
            [cell isEnabled] && [[(NSButtonCell*)cell keyEquivalent] isEqual:@"\r"];
 }
 
-static IMP buttonTextColor;
-
-/// In place of the button cell's own method, for the title on the default button's colour.
+/// In place of the cells' own method, which knows no text on the accent colour.
 static NSColor* textColorOf(NSButtonCell* cell, SEL selector)
 {
-    if (isDefault(cell))
-        return [NSColor selectedControlTextColor];
-    return reinterpret_cast<NSColor* (*)(id, SEL)>(buttonTextColor)(cell, selector);
+    if (![cell isEnabled])
+        return [NSColor disabledControlTextColor];
+    BOOL inList =
+        [cell isKindOfClass:[NSMenuItemCell class]] && ![cell isKindOfClass:[NSPopUpButtonCell class]];
+    return isDefault(cell) || (inList && [cell isHighlighted]) ? [NSColor selectedControlTextColor]
+                                                               : [NSColor controlTextColor];
 }
 
 /// A part of a scroller: its arrow, its knob or what the knob moves in.
@@ -108,7 +109,7 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
 
 - (void)drawPopUpButtonCellInteriorWithFrame:(NSRect)frame withCell:(NSCell*)cell inView:(NSView*)view
 {
-    [super drawPopUpButtonCellInteriorWithFrame:NSInsetRect(frame, 4, 0) withCell:cell inView:view];
+    [super drawPopUpButtonCellInteriorWithFrame:NSInsetRect(frame, kTextInset, 0) withCell:cell inView:view];
 }
 
 - (void)drawFocusFrame:(NSRect)frame view:(NSView*)view
@@ -121,8 +122,9 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
 
 - (void)drawBorderType:(NSBorderType)type frame:(NSRect)frame view:(NSView*)view
 {
+    BOOL typing = [view isKindOfClass:[NSTextField class]] && [(NSTextField*)view currentEditor] != nil;
     if (type != NSNoBorder)
-        drawRounded(frame, kRadius - 1, nil, outlineColor());
+        drawRounded(frame, kRadius - 1, nil, typing ? [NSColor keyboardFocusIndicatorColor] : outlineColor());
 }
 
 - (NSSize)sizeForBorderType:(NSBorderType)type
@@ -221,6 +223,27 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
 
 #pragma mark Lists
 
+- (void)displayPopUpMenu:(NSMenuView*)list
+           withCellFrame:(NSRect)frame
+       controlViewWindow:(NSWindow*)window
+           preferredEdge:(NSRectEdge)edge
+            selectedItem:(int)selected
+{
+    [super displayPopUpMenu:list
+              withCellFrame:frame
+          controlViewWindow:window
+              preferredEdge:edge
+               selectedItem:selected];
+    NSInteger chosen = runList(list, selected);
+    if (chosen >= 0)
+        [[list menu] performActionForItemAtIndex:chosen];
+}
+
+- (BOOL)doesProcessEventsForPopUpMenu
+{
+    return YES;
+}
+
 - (NSColor*)menuBackgroundColor
 {
     return [NSColor controlColor];
@@ -276,6 +299,26 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
 {
     if ([(NSScrollView*)view borderType] != NSNoBorder)
         drawRounded([view bounds], 2, nil, outlineColor());
+}
+
+- (void)drawTitleForMenuItemCell:(NSMenuItemCell*)cell
+                       withFrame:(NSRect)frame
+                          inView:(NSView*)view
+                           state:(GSThemeControlState)state
+                    isHorizontal:(BOOL)horizontal
+{
+    CGFloat inset = [cell isKindOfClass:[NSPopUpButtonCell class]] ? 0 : kTextInset;
+    [super drawTitleForMenuItemCell:cell
+                          withFrame:NSOffsetRect(frame, inset, 0)
+                             inView:view
+                              state:state
+                       isHorizontal:horizontal];
+}
+
+- (void)drawMenuRect:(NSRect)rect inView:(NSView*)view isHorizontal:(BOOL)horizontal itemCells:(NSArray*)cells
+{
+    [super drawMenuRect:rect inView:view isHorizontal:horizontal itemCells:cells];
+    drawRounded([view bounds], 0, nil, outlineColor());
 }
 
 - (float)defaultScrollerWidth
@@ -338,8 +381,8 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
 
 void useTheme(BOOL dark)
 {
-    Method textColor = class_getInstanceMethod([NSButtonCell class], @selector(textColor));
-    buttonTextColor = method_setImplementation(textColor, reinterpret_cast<IMP>(textColorOf));
+    for (Class cell in @[ [NSButtonCell class], [NSMenuItemCell class] ])
+        class_replaceMethod(cell, @selector(textColor), reinterpret_cast<IMP>(textColorOf), "@@:");
     [GSTheme setTheme:[[[FlatTheme alloc] initWithBundle:[NSBundle mainBundle]] autorelease]];
     setSystemColors(dark);
     setSystemImages();
