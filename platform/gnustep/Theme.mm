@@ -30,6 +30,15 @@ static NSColor* textColorOf(NSButtonCell* cell, SEL selector)
                                                                : [NSColor controlTextColor];
 }
 
+/// In place of the pop-up's own method, which follows the button until it goes up.
+static void openList(NSPopUpButton* popUp, SEL selector, NSEvent* event)
+{
+    if (![popUp isEnabled])
+        return;
+    [[popUp window] makeFirstResponder:popUp];
+    [[popUp cell] attachPopUpWithFrame:[popUp bounds] inView:popUp];
+}
+
 /// A part of a scroller: its arrow, its knob or what the knob moves in.
 @interface ScrollerPart : NSButtonCell
 {
@@ -381,9 +390,11 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
 
 void useTheme(BOOL dark)
 {
-    for (Class cell in @[ [NSButtonCell class], [NSMenuItemCell class] ])
-        class_replaceMethod(cell, @selector(textColor), reinterpret_cast<IMP>(textColorOf), "@@:");
     [GSTheme setTheme:[[[FlatTheme alloc] initWithBundle:[NSBundle mainBundle]] autorelease]];
     setSystemColors(dark);
-    setSystemImages();
+    setSystemImages(); // before the classes below, which keep the images that they find at first
+    for (Class cell in @[ [NSButtonCell class], [NSMenuItemCell class] ])
+        class_replaceMethod(cell, @selector(textColor), reinterpret_cast<IMP>(textColorOf), "@@:");
+    class_replaceMethod([NSPopUpButton class], @selector(mouseDown:), reinterpret_cast<IMP>(openList),
+                        "v@:@");
 }

@@ -1,0 +1,117 @@
+// The dialog under a person's hands: real clicks and keys through the X server.
+#include "support/Process.h"
+#include "support/Sandbox.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <optional>
+#include <regex>
+
+namespace {
+
+using Steps = std::vector<std::string>;
+
+class Lists : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        namespace fs = std::filesystem;
+        fs::create_directories(sandbox_ /
+                               "Library/Printers/QUORVEX/Preferences/vendor.quorvex.printers.R4270");
+        fs::create_symlink(PDE_BUILD_DIR "/root/Library/Application Support",
+                           sandbox_ / "Library/Application Support");
+        dialog_.emplace(Steps{PDE_BUILD_DIR "/bin/printdialog", "--settings", settings()},
+                        sandbox_.path() / "log",
+                        Steps{"PDE_ROOT=" + sandbox_.path().string(), "CUPS_SERVER=/nowhere", "LANGUAGE=en"});
+        ASSERT_TRUE(waitUntil([] { return hasWindow("^Print$"); }, std::chrono::seconds(30)));
+        sleepMilliseconds(1500);
+        hands("search --onlyvisible --name ^Print$ windowfocus");
+    }
+
+    std::string settings() const { return sandbox_.path() / "settings.plist"; }
+
+    static std::string hands(const std::string& arguments)
+    {
+        return runProcess({"sh", "-c", "xdotool " + arguments}).out;
+    }
+
+    static bool hasWindow(const std::string& title)
+    {
+        return !hands("search --onlyvisible --name '" + title + "'").empty();
+    }
+
+    static void keys(const Steps& names)
+    {
+        for (const std::string& name : names) {
+            hands("key " + name);
+            sleepMilliseconds(200);
+        }
+    }
+
+    /// Clicks where a control is, seen from the lower left corner of the window.
+    static void click(const std::string& title, int x, int fromBottom)
+    {
+        std::string frame = hands("search --onlyvisible --name '" + title + "' getwindowgeometry --shell");
+        std::smatch height;
+        ASSERT_TRUE(std::regex_search(frame, height, std::regex("HEIGHT=([0-9]+)"))) << frame;
+        int y = std::stoi(height[1]) - fromBottom;
+        hands("search --onlyvisible --name '" + title + "' mousemove --window %1 " + std::to_string(x) + " " +
+              std::to_string(y) + " sleep 0.2 mousedown 1 sleep 0.2 mouseup 1 sleep 0.4");
+    }
+
+    /// The choice that the print settings hold once the dialog has ended.
+    std::string chosen(const std::string& option)
+    {
+        EXPECT_TRUE(waitUntil([&] { return !dialog_->running(); }));
+        std::ifstream file(settings());
+        std::string text{std::istreambuf_iterator<char>(file), {}};
+        std::smatch value;
+        std::regex wanted("<key>" + option + "</key>\\s*<string>([^<]*)");
+        return std::regex_search(text, value, wanted) ? value[1].str() : "";
+    }
+
+    Sandbox sandbox_;
+    std::optional<BackgroundProcess> dialog_;
+};
+
+constexpr char kProfiles[] = "^Profile Management$";
+constexpr int kProfileList = 510;
+// Where controls are, in the English dialog.
+constexpr int kMiddle = 400, kQuickColor = 354, kBrightness = 320, kButtonRow = 86;
+
+TEST_F(Lists, StayOpenAfterAClickAndHaveEveryKey)
+{
+    keys({"Tab", "Tab", "ctrl+a", "7", "ctrl+a", "ctrl+c", "Right", "ctrl+v"}); // "Copies"
+    click("^Print$", kMiddle, kQuickColor);
+    keys({"Down", "Return"}); // "Photo", and not Print
+    click("^Print$", kMiddle, kBrightness);
+    keys({"End", "Escape"}); // nothing, and not Cancel
+    ASSERT_TRUE(hasWindow("^Print$"));
+    keys({"Tab", "Tab", "Tab", "space", "s", "Return"}); // "Edge Type", opened and chosen by keys
+    keys({"Return", "Return"});                          // Print, and Close
+    EXPECT_EQ(chosen("VelQuickColor"), "Photo");
+    EXPECT_EQ(chosen("VelBrightness"), "Normal");
+    EXPECT_EQ(chosen("VelEdgeType"), "Strong");
+    EXPECT_EQ(chosen("copies"), "77");
+}
+
+TEST_F(Lists, KeepTheirKeysInTheProfileWindowToo)
+{
+    click("^Print$", kMiddle, kQuickColor);
+    keys({"c", "Return"}); // "Custom"
+    click("^Print$", 500, kButtonRow);
+    click("^Print$", 100, kButtonRow);
+    ASSERT_TRUE(waitUntil([] { return hasWindow(kProfiles); }));
+    for (const char* key : {"Return", "Escape"}) {
+        click(kProfiles, 270, kProfileList);
+        keys({"Down", key});
+        EXPECT_TRUE(hasWindow(kProfiles)) << key;
+    }
+    keys({"Escape"});
+    EXPECT_TRUE(waitUntil([] { return !hasWindow(kProfiles); }));
+    EXPECT_TRUE(dialog_->running());
+}
+
+} // namespace
