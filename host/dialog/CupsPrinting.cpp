@@ -14,12 +14,74 @@ constexpr int kConnectMilliseconds = 1000;
 struct CloseServer {
     void operator()(http_t* server) const { httpClose(server); }
 };
+struct DeleteAnswer {
+    void operator()(ipp_t* answer) const { ippDelete(answer); }
+};
 using Server = std::unique_ptr<http_t, CloseServer>;
+using Answer = std::unique_ptr<ipp_t, DeleteAnswer>;
+
+/// Options in the library's form.
+class CupsOptions {
+public:
+    explicit CupsOptions(const std::map<std::string, std::string>& options)
+    {
+        for (const auto& [name, value] : options)
+            count_ = cupsAddOption(name.c_str(), value.c_str(), count_, &options_);
+    }
+    ~CupsOptions() { cupsFreeOptions(count_, options_); }
+    CupsOptions(const CupsOptions&) = delete;
+    CupsOptions& operator=(const CupsOptions&) = delete;
+
+    int count() const { return count_; }
+    cups_option_t* get() const { return options_; }
+
+private:
+    int count_ = 0;
+    cups_option_t* options_ = nullptr;
+};
 
 Server connect()
 {
     return Server(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
                                kConnectMilliseconds, nullptr));
+}
+
+/// Asks for all attributes of a queue, or of a job of it.
+Answer attributesOf(http_t* server, const std::string& queue, int job)
+{
+    char uri[HTTP_MAX_URI];
+    httpAssembleURIf(HTTP_URI_CODING_ALL, uri, sizeof uri, "ipp", nullptr, "localhost", 0, "/printers/%s",
+                     queue.c_str());
+    ipp_t* request = ippNewRequest(job > 0 ? IPP_OP_GET_JOB_ATTRIBUTES : IPP_OP_GET_PRINTER_ATTRIBUTES);
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, uri);
+    if (job > 0)
+        ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "job-id", job);
+    return Answer(cupsDoRequest(server, request, "/"));
+}
+
+int integerIn(const Answer& answer, const char* name)
+{
+    return ippGetInteger(ippFindAttribute(answer.get(), name, IPP_TAG_ZERO), 0);
+}
+
+JobPhase phaseOf(int state)
+{
+    switch (state) {
+    case IPP_JSTATE_HELD:
+        return JobPhase::Held;
+    case IPP_JSTATE_PROCESSING:
+        return JobPhase::Printing;
+    case IPP_JSTATE_STOPPED:
+        return JobPhase::Stopped;
+    case IPP_JSTATE_CANCELED:
+        return JobPhase::Cancelled;
+    case IPP_JSTATE_ABORTED:
+        return JobPhase::Aborted;
+    case IPP_JSTATE_COMPLETED:
+        return JobPhase::Finished;
+    default:
+        return JobPhase::Waiting;
+    }
 }
 
 /// Why one of the files cannot be printed; "" when all can be read.
@@ -34,20 +96,34 @@ std::string unreadable(const std::vector<std::string>& files)
     return files.empty() ? "There is no file to print" : "";
 }
 
+PrintQueue queueOf(const cups_dest_t& destination)
+{
+    auto value = [&](const char* name) {
+        return std::string(cupsGetOption(name, destination.num_options, destination.options) ?: "");
+    };
+    std::string description = value("printer-info");
+    return {.name = destination.name,
+            .description = description.empty() ? destination.name : description,
+            .location = value("printer-location"),
+            .isDefault = destination.is_default != 0,
+            .isPrinting = value("printer-state") == std::to_string(IPP_PSTATE_PROCESSING),
+            .isStopped = value("printer-state") == std::to_string(IPP_PSTATE_STOPPED),
+            .acceptsJobs = value("printer-is-accepting-jobs") != "false"};
+}
+
 } // namespace
 
-std::vector<PrintQueue> printQueues()
+std::optional<std::vector<PrintQueue>> printQueues()
 {
-    std::vector<PrintQueue> queues;
     Server server = connect();
+    if (!server)
+        return std::nullopt;
+    std::vector<PrintQueue> queues;
     cups_dest_t* destinations = nullptr;
-    int count = server ? cupsGetDests2(server.get(), &destinations) : 0;
-    for (const cups_dest_t& d : std::span(destinations, static_cast<size_t>(count))) {
-        const char* description = cupsGetOption("printer-info", d.num_options, d.options);
-        bool named = description != nullptr && *description != '\0';
-        if (d.instance == nullptr)
-            queues.push_back({d.name, named ? description : d.name, d.is_default != 0});
-    }
+    int count = cupsGetDests2(server.get(), &destinations);
+    for (const cups_dest_t& destination : std::span(destinations, static_cast<size_t>(count)))
+        if (destination.instance == nullptr)
+            queues.push_back(queueOf(destination));
     cupsFreeDests(count, destinations);
     return queues;
 }
@@ -62,51 +138,57 @@ JobResult submitJob(const PrintJob& job)
     std::vector<const char*> files;
     for (const std::string& file : job.files)
         files.push_back(file.c_str());
-    cups_option_t* options = nullptr;
-    int count = 0;
-    for (const auto& [name, value] : job.options)
-        count = cupsAddOption(name.c_str(), value.c_str(), count, &options);
+    CupsOptions options(job.options);
     int id = cupsPrintFiles2(server.get(), job.queue.c_str(), static_cast<int>(files.size()), files.data(),
-                             job.title.c_str(), count, options);
-    cupsFreeOptions(count, options);
+                             job.title.c_str(), options.count(), options.get());
     if (id > 0)
         return {id, ""};
     return {0, cupsLastErrorString() ?: "the job was not accepted"};
 }
 
-JobState jobState(const std::string& queue, int id)
+std::optional<JobState> jobState(const std::string& queue, int id)
 {
     Server server = connect();
-    cups_job_t* jobs = nullptr;
-    int count = server ? cupsGetJobs2(server.get(), &jobs, queue.c_str(), 0, CUPS_WHICHJOBS_ALL) : -1;
-    JobState state{"sent to the printer", count < 0};
-    for (int i = 0; i < count; ++i) {
-        if (jobs[i].id != id)
-            continue;
-        switch (jobs[i].state) {
-        case IPP_JSTATE_PENDING:
-            state = {"waiting", false};
-            break;
-        case IPP_JSTATE_HELD:
-            state = {"held", true};
-            break;
-        case IPP_JSTATE_PROCESSING:
-            state = {"printing", false};
-            break;
-        case IPP_JSTATE_STOPPED:
-            state = {"stopped", true};
-            break;
-        case IPP_JSTATE_CANCELED:
-            state = {"cancelled", true};
-            break;
-        case IPP_JSTATE_ABORTED:
-            state = {"aborted by the printing system", true};
-            break;
-        case IPP_JSTATE_COMPLETED:
-            state = {"finished", true};
-            break;
-        }
-    }
-    cupsFreeJobs(count, jobs);
+    if (!server)
+        return std::nullopt;
+    Answer job = attributesOf(server.get(), queue, id);
+    if (ippFindAttribute(job.get(), "job-state", IPP_TAG_ENUM) == nullptr)
+        return std::nullopt;
+    JobState state{.phase = phaseOf(integerIn(job, "job-state")),
+                   .pages = integerIn(job, "job-impressions-completed"),
+                   .allPages = integerIn(job, "job-impressions")};
+    Answer printer = attributesOf(server.get(), queue, 0);
+    ipp_attribute_t* reasons = ippFindAttribute(printer.get(), "printer-state-reasons", IPP_TAG_KEYWORD);
+    if (integerIn(printer, "printer-state") == IPP_PSTATE_STOPPED)
+        for (int i = 0; i < ippGetCount(reasons); ++i)
+            state.printerReasons.emplace_back(ippGetString(reasons, i, nullptr));
     return state;
+}
+
+void cancelJob(const std::string& queue, int id)
+{
+    if (Server server = connect())
+        (void)cupsCancelJob2(server.get(), queue.c_str(), id, 0);
+}
+
+std::optional<Conflict> firstConflict(ppd_file_t* ppd, const std::map<std::string, std::string>& options)
+{
+    std::optional<Conflict> found;
+    CupsOptions chosen(options);
+    (void)cupsMarkOptions(ppd, chosen.count(), chosen.get());
+    for (ppd_option_t* option = ppdFirstOption(ppd); option != nullptr && !found;
+         option = ppdNextOption(ppd)) {
+        cups_option_t* others = nullptr;
+        ppd_choice_t* choice = ppdFindMarkedChoice(ppd, option->keyword);
+        int count = choice != nullptr ? cupsGetConflicts(ppd, option->keyword, choice->choice, &others) : 0;
+        for (int i = 0; i < count && !found; ++i) {
+            ppd_option_t* other = ppdFindOption(ppd, others[i].name);
+            ppd_choice_t* otherChoice = ppdFindChoice(other, others[i].value);
+            if (other != option && otherChoice != nullptr)
+                found = {option->text, choice->text, other->text, otherChoice->text};
+        }
+        cupsFreeOptions(count, others);
+    }
+    ppdMarkDefaults(ppd);
+    return found;
 }

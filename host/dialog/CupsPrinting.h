@@ -1,19 +1,27 @@
 #pragma once
 
+#include <cups/ppd.h>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
-// Queues and jobs of the CUPS server that the user's configuration names.
+// Queues and jobs of the CUPS server that the user's configuration names. Texts are UTF-8.
 
 struct PrintQueue {
     std::string name;
     std::string description; ///< the name, where it has no other
+    std::string location;    ///< may be empty
     bool isDefault = false;
+    bool isPrinting = false;
+    bool isStopped = false;
+    bool acceptsJobs = true;
+
+    bool operator==(const PrintQueue&) const = default;
 };
 
-/// The server's queues by name; none when it does not answer within a second.
-std::vector<PrintQueue> printQueues();
+/// The server's queues by name; nothing when it does not answer within a second.
+std::optional<std::vector<PrintQueue>> printQueues();
 
 struct PrintJob {
     std::string queue;
@@ -30,9 +38,26 @@ struct JobResult {
 /// Sends the job; one of which a part cannot be sent is cancelled.
 JobResult submitJob(const PrintJob& job);
 
+enum class JobPhase { Waiting, Held, Printing, Stopped, Cancelled, Aborted, Finished };
+
 struct JobState {
-    std::string text; ///< "waiting", "printing", "finished", ...
-    bool ended = false;
+    JobPhase phase = JobPhase::Waiting;
+    int pages = 0;                           ///< printed so far
+    int allPages = 0;                        ///< 0 when the server does not know
+    std::vector<std::string> printerReasons; ///< keywords of what keeps the printer; empty while it runs
 };
 
-JobState jobState(const std::string& queue, int id);
+/// Nothing when the server does not answer or knows no such job.
+std::optional<JobState> jobState(const std::string& queue, int id);
+
+/// A job that has ended stays as it is.
+void cancelJob(const std::string& queue, int id);
+
+/// Two choices that do not go together, in the PPD's own words.
+struct Conflict {
+    std::string option, choice, otherOption, otherChoice;
+};
+
+/// The first conflict among the PPD's defaults with `options` put over them. The marks of the PPD are its
+/// defaults before and after.
+std::optional<Conflict> firstConflict(ppd_file_t* ppd, const std::map<std::string, std::string>& options);

@@ -2,11 +2,7 @@
 
 #include "Text.h"
 
-static NSString* printerError(const Options& options, NSString* reason)
-{
-    return
-        [NSString stringWithFormat:options.printer.empty() ? @"The PPD cannot be opened: %@" : @"%@", reason];
-}
+static const NSTimeInterval kPause = 0.2;
 
 @implementation DialogController
 
@@ -16,18 +12,19 @@ static NSString* printerError(const Options& options, NSString* reason)
     options_ = options;
     queue_ = options.printer;
     settings_ = [[PMSettingsObject alloc] init];
-    presets_ = [[Presets alloc] init];
+    remembered_ = [[Presets alloc] initWithFolder:@"printers"];
     plugIn_ = [[PlugIn alloc] initWithPath:stringOf(options.plugin) error:error];
     if (plugIn_ != nil)
-        printer_ = [self newPrinterWithError:error];
+        printer_ = [self newFirstPrinterWithError:error];
     if (printer_ == nil || ![self readSettingsWithError:error]) {
         [self release];
         return nil;
     }
     window_ = [[DialogWindow alloc] initWithTarget:self title:[self windowTitle]];
-    [window_ setCopies:1 pageRanges:@""];
     [self showCopies];
-    [[window_ pages] addItemsWithTitles:@[ @"Color Options", @"Summary" ]];
+    [[window_ pages] addItemsWithTitles:@[
+        localized(@"Color Options"), localized(@"Paper & Finishing"), localized(@"Summary")
+    ]];
     [self listPrinters];
     [self listPresetsAndSelect:nil];
     [[window_ window] makeKeyAndOrderFront:nil];
@@ -36,13 +33,17 @@ static NSString* printerError(const Options& options, NSString* reason)
 
 - (void)dealloc
 {
+    [NSObject cancelPreviousPerformRequestsWithTarget:self];
+    [[NSNotificationCenter defaultCenter] removeObserver:self];
     [plugIn_ release];
     [settings_ release];
     [printer_ release];
     [session_ release];
     [window_ release];
+    [paper_ release];
     [summary_ release];
     [presets_ release];
+    [remembered_ release];
     [preset_ release];
     [super dealloc];
 }
@@ -54,29 +55,13 @@ static NSString* printerError(const Options& options, NSString* reason)
     NSString* first = [stringOf(options_.files[0]) lastPathComponent];
     return options_.files.size() == 1
                ? first
-               : [NSString stringWithFormat:@"%@ and %zu more", first, options_.files.size() - 1];
+               : [NSString stringWithFormat:localized(@"%@ and %zu more"), first, options_.files.size() - 1];
 }
 
 - (NSString*)windowTitle
 {
     NSString* job = [self jobTitle];
-    return [job length] == 0 ? @"Print" : [NSString stringWithFormat:@"Print %@", job];
-}
-
-- (PMPrinterObject*)newPrinterWithError:(NSString**)error
-{
-    NSString* reason = nil;
-    PMPrinterObject* printer =
-        queue_.empty()
-            ? [[PMPrinterObject alloc]
-                  initWithIdentifier:stringOf(options_.queue)
-                           deviceURI:options_.deviceUri.empty() ? nil : stringOf(options_.deviceUri)
-                                file:stringOf(options_.ppd)
-                               error:&reason]
-            : [[PMPrinterObject alloc] initWithQueue:stringOf(queue_) error:&reason];
-    if (printer == nil)
-        *error = printerError(options_, reason);
-    return printer;
+    return [job length] == 0 ? localized(@"Print") : [NSString stringWithFormat:localized(@"Print %@"), job];
 }
 
 /// A settings file that does not exist yet is written at the end.
@@ -91,7 +76,18 @@ static NSString* printerError(const Options& options, NSString* reason)
     return values != nil;
 }
 
-#pragma mark The panel
+- (DialogWindow*)window
+{
+    return window_;
+}
+
+- (NSWindow*)frontWindow
+{
+    NSWindow* modal = [NSApp modalWindow];
+    return modal != nil ? modal : [window_ window];
+}
+
+#pragma mark The panel and the other pages
 
 - (NSUInteger)openPanel
 {
@@ -118,13 +114,17 @@ static NSString* printerError(const Options& options, NSString* reason)
     return view;
 }
 
-- (void)showPageAtIndex:(NSInteger)index
+- (void)showPage:(DialogPage)page
 {
-    [[window_ pages] selectItemAtIndex:index];
-    if (index == 1)
+    [[window_ pages] selectItemAtIndex:page];
+    if (page == kSummaryPage)
         [self showSummary];
-    else
+    else if (page == kPaperPage)
+        [window_ showPage:[self paperPage]];
+    else if ([session_ offersOptionsOf:printer_])
         [self showPanelView];
+    else
+        [window_ showNotice:localized(@"This printer has no color options.")];
 }
 
 - (void)showSomePage
@@ -141,40 +141,65 @@ static NSString* printerError(const Options& options, NSString* reason)
     [session_ terminate];
     [session_ release];
     session_ = nil;
-}
-
-- (BOOL)printerHasPanelOptions
-{
-    for (NSString* key in [[session_ panel] supportedPPDOptionKeys])
-        if (ppdFindOption([printer_ ppdFile], [key UTF8String]) != nullptr)
-            return YES;
-    return NO;
+    [paper_ release];
+    paper_ = nil;
 }
 
 - (void)showPanel
 {
+    [window_ showNotice:localized(@"Looking for profiles on the printer…")];
+    [[window_ window] display];
+    // The panel's view may take seconds to come. The window is on screen only after the run loop has turned.
+    [self performSelector:@selector(showPanelNow) withObject:nil afterDelay:0.1];
+}
+
+- (void)showPanelNow
+{
+    [self recallChoices];
     [self openPanel];
     id<PDEPanelProtocol> panel = [session_ panel];
-    NSString* name = [panel panelName];
-    [[window_ pages] removeAllItems];
-    [[window_ pages] addItemsWithTitles:@[ name != nil ? name : @"Color Options", @"Summary" ]];
-    if (![self printerHasPanelOptions]) {
-        [window_ showNotice:@"This printer has no color options."];
-        return;
+    if (NSString* name = [panel panelName])
+        [[[window_ pages] itemAtIndex:kPanelPage] setTitle:name];
+    if ([session_ offersOptionsOf:printer_]) {
+        [panel panelView];
+        [panel restoreValuesAndReturnError:nullptr];
+        [panel willShow];
     }
-    NSView* view = [panel panelView];
-    [panel restoreValuesAndReturnError:nullptr];
-    [panel willShow];
-    [window_ showPage:view];
+    [self putUpChoices];
+    [self showPage:kPanelPage];
+    (void)[self noteConflict];
+    [[NSNotificationCenter defaultCenter] addObserver:self
+                                             selector:@selector(eventHandled:)
+                                                 name:NSApplicationDidUpdateNotification
+                                               object:nil];
+}
+
+/// The panel does not tell when something is chosen in it: after each event of the user the choices are
+/// looked at, once he pauses.
+- (void)eventHandled:(NSNotification*)notification
+{
+    SEL look = @selector(userPaused);
+    [NSObject cancelPreviousPerformRequestsWithTarget:self selector:look object:nil];
+    [self performSelector:look withObject:nil afterDelay:kPause];
+}
+
+- (void)userPaused
+{
+    if (session_ != nil)
+        (void)[self noteConflict];
 }
 
 - (void)showSummary
 {
+    NSMutableDictionary* summary = [NSMutableDictionary dictionary];
+    if ([session_ offersOptionsOf:printer_])
+        [summary addEntriesFromDictionary:[[session_ panel] summaryInfo]];
+    [[self paperPage] addToSummary:summary];
     if (summary_ == nil) {
         NSSize size = [window_ pageSize];
         summary_ = [[SummaryView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)];
     }
-    [summary_ showSummary:[[session_ panel] summaryInfo]];
+    [summary_ showSummary:summary];
     [window_ showPage:summary_];
 }
 
@@ -183,23 +208,6 @@ static NSString* printerError(const Options& options, NSString* reason)
 - (PMSettingsObject*)settings
 {
     return settings_;
-}
-
-/// Copies and pages travel in the settings, so that presets keep them.
-- (void)takeCopies
-{
-    NSString* copies = [window_ copies] == 1 ? nil : [NSString stringWithFormat:@"%d", [window_ copies]];
-    NSString* ranges = [[window_ pageRanges] length] == 0 ? nil : [window_ pageRanges];
-    PMPrintSettingsSetValue([settings_ handle], CFSTR("copies"), copies, false);
-    PMPrintSettingsSetValue([settings_ handle], CFSTR("page-ranges"), ranges, false);
-}
-
-- (void)showCopies
-{
-    id copies = [[settings_ values] objectForKey:@"copies"];
-    id ranges = [[settings_ values] objectForKey:@"page-ranges"];
-    [window_ setCopies:[copies isKindOfClass:[NSString class]] ? [copies intValue] : 1
-            pageRanges:[ranges isKindOfClass:[NSString class]] ? ranges : @""];
 }
 
 - (BOOL)loadSettings:(NSString*)path error:(NSString**)error
@@ -244,12 +252,6 @@ static NSString* printerError(const Options& options, NSString* reason)
     if (queue_.empty())
         return {};
     return submitJob({queue_, textOf([self jobTitle]), options_.files, [self jobOptions]});
-}
-
-- (NSWindow*)frontWindow
-{
-    NSWindow* modal = [NSApp modalWindow];
-    return modal != nil ? modal : [window_ window];
 }
 
 @end

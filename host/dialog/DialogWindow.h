@@ -11,8 +11,7 @@
 - (void)print:(id)sender;
 @end
 
-/// The print dialog's window: printer, presets, copies and pages, and below them one page: a panel's view or
-/// the summary.
+/// The print dialog's window: printer, presets, copies and pages, below them one page, and a line under it.
 @interface DialogWindow : NSObject
 {
     NSWindow* window_;
@@ -25,6 +24,7 @@
     NSStepper* stepper_;
     NSPopUpButton* rangeChoice_;
     NSTextField* range_;
+    NSTextField* note_;
     NSButton* cancel_;
     NSButton* print_;
 }
@@ -41,9 +41,15 @@
 /// Shows a text in place of a page.
 - (void)showNotice:(NSString*)text;
 
-/// 1 to 9999.
+/// The line under the page; "" for none.
+- (void)setNote:(NSString*)text;
+- (NSString*)note;
+
+/// 1 to 9999; 0 when the user typed something else.
 - (int)copies;
 /// "" for all pages, else page numbers and ranges such as "1-3,5"; nil when the user typed something else.
 - (NSString*)pageRanges;
+/// Puts the caret on what is no such number or pages, its text selected. Nothing when both are right.
+- (void)selectWrongField;
 - (void)setCopies:(int)copies pageRanges:(NSString*)ranges;
 @end

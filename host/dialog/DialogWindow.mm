@@ -1,12 +1,20 @@
 #include "DialogWindow.h"
 
 #include "Controls.h"
+#include "Text.h"
 
-static const CGFloat kMargin = 20, kRow = 32, kLine = 24, kLabelWidth = 80, kGap = 8;
-static const CGFloat kButtonWidth = 90, kButtonHeight = 26, kLeastWidth = 480, kEmptyPageHeight = 280;
+static const CGFloat kMargin = 20, kRow = 32, kLine = 24, kLabelWidth = 112, kGap = 8;
+static const CGFloat kButtonWidth = 96, kButtonHeight = 26, kLeastWidth = 520, kEmptyPageHeight = 280;
 static const CGFloat kFieldLeft = kMargin + kLabelWidth + kGap;
 static const CGFloat kHeaderHeight = 4 * kRow + 12;
 static const int kMostCopies = 9999;
+
+/// The number that `text` is, without a sign or anything around it; 0 when it is none.
+static int wholeNumber(NSString* text)
+{
+    int number = [text intValue];
+    return number > 0 && [[NSString stringWithFormat:@"%d", number] isEqual:text] ? number : 0;
+}
 
 @implementation DialogWindow
 
@@ -28,7 +36,7 @@ static const int kMostCopies = 9999;
 
 - (void)addCopiesInRow:(int)row
 {
-    [self addLabel:@"Copies:" row:row];
+    [self addLabel:localized(@"Copies:") row:row];
     CGFloat y = kHeaderHeight - row * kRow;
     copies_ = makeField(NSMakeRect(kFieldLeft, y + 1, 48, 22), @"1");
     [copies_ setTarget:self];
@@ -40,17 +48,17 @@ static const int kMostCopies = 9999;
     [stepper_ setTarget:self];
     [stepper_ setAction:@selector(copiesStepped:)];
     NSTextField* label =
-        makeLabel(NSMakeRect(kFieldLeft + 84, y + 2, 52, 18), @"Pages:", NSRightTextAlignment);
+        makeLabel(NSMakeRect(kFieldLeft + 72, y + 2, 64, 18), localized(@"Pages:"), NSRightTextAlignment);
     for (NSView* part in @[ copies_, stepper_, label ])
         [header_ addSubview:part];
     rangeChoice_ = makePopUp(NSMakeRect(kFieldLeft + 144, y, 110, kLine), self, @selector(rangeChosen:));
-    [rangeChoice_ addItemsWithTitles:@[ @"All", @"Only these" ]];
+    [rangeChoice_ addItemsWithTitles:@[ localized(@"All"), localized(@"Only these") ]];
     [header_ addSubview:rangeChoice_];
     range_ =
         makeField(NSMakeRect(kFieldLeft + 262, y + 1, kLeastWidth - kMargin - kFieldLeft - 262, 22), @"");
     [range_ setAutoresizingMask:NSViewWidthSizable];
     [range_ setDelegate:(id)self];
-    [range_ setToolTip:@"Page numbers and ranges, for example 1-3, 5"];
+    [range_ setToolTip:localized(@"Page numbers and ranges, for example 1-3, 5")];
     [header_ addSubview:range_];
 }
 
@@ -62,18 +70,21 @@ static const int kMostCopies = 9999;
     NSView* content = [window_ contentView];
     header_ = [[[NSView alloc] initWithFrame:NSMakeRect(0, 0, kLeastWidth, kHeaderHeight)] autorelease];
     [content addSubview:header_];
-    [self addLabel:@"Printer:" row:1];
+    [self addLabel:localized(@"Printer:") row:1];
     printers_ = [self addPopUpWithAction:@selector(printerChosen:) target:target row:1];
-    [self addLabel:@"Presets:" row:2];
+    [self addLabel:localized(@"Presets:") row:2];
     presets_ = [self addPopUpWithAction:@selector(presetChosen:) target:target row:2];
     [self addCopiesInRow:3];
-    [self addLabel:@"Show:" row:4];
+    [self addLabel:localized(@"Show:") row:4];
     pages_ = [self addPopUpWithAction:@selector(pageChosen:) target:target row:4];
     NSRect button = NSMakeRect(0, 16, kButtonWidth, kButtonHeight);
-    cancel_ = makeButton(button, @"Cancel", target, @selector(cancel:));
+    cancel_ = makeButton(button, localized(@"Cancel"), target, @selector(cancel:));
     [cancel_ setKeyEquivalent:@"\e"];
-    print_ = makeButton(button, @"Print", target, @selector(print:));
+    print_ = makeButton(button, localized(@"Print"), target, @selector(print:));
     [print_ setKeyEquivalent:@"\r"];
+    note_ = makeLabel(NSMakeRect(kMargin, 12, 0, 34), @"", NSLeftTextAlignment);
+    [[note_ cell] setWraps:YES];
+    [content addSubview:note_];
     [content addSubview:cancel_];
     [content addSubview:print_];
     [self showPage:nil];
@@ -137,6 +148,7 @@ static const int kMostCopies = 9999;
     [header_ setFrame:NSMakeRect(0, bottom + size.height, width, kHeaderHeight)];
     [print_ setFrameOrigin:NSMakePoint(width - kMargin - kButtonWidth, 16)];
     [cancel_ setFrameOrigin:NSMakePoint(width - kMargin - 2 * kButtonWidth - 12, 16)];
+    [note_ setFrameSize:NSMakeSize(NSMinX([cancel_ frame]) - kMargin - kGap, 34)];
     if (view != nil) {
         [view setFrameOrigin:NSMakePoint((width - size.width) / 2, bottom)];
         [[window_ contentView] addSubview:view];
@@ -156,8 +168,7 @@ static const int kMostCopies = 9999;
 
 - (void)copiesTyped:(id)sender
 {
-    [stepper_ setIntValue:[copies_ intValue]];
-    [copies_ setIntValue:[stepper_ intValue]];
+    [stepper_ setIntValue:MAX(1, [self copies])];
 }
 
 - (void)copiesStepped:(id)sender
@@ -185,7 +196,26 @@ static const int kMostCopies = 9999;
 
 - (int)copies
 {
-    return MAX(1, MIN(kMostCopies, [copies_ intValue]));
+    int copies = wholeNumber([copies_ stringValue]);
+    return copies <= kMostCopies ? copies : 0;
+}
+
+- (void)selectWrongField
+{
+    if ([self copies] == 0)
+        [copies_ selectText:nil];
+    else if ([self pageRanges] == nil)
+        [range_ selectText:nil];
+}
+
+- (void)setNote:(NSString*)text
+{
+    [note_ setStringValue:text];
+}
+
+- (NSString*)note
+{
+    return [note_ stringValue];
 }
 
 - (NSString*)pageRanges
@@ -197,9 +227,9 @@ static const int kMostCopies = 9999;
     for (NSString* part in [text componentsSeparatedByString:@","]) {
         NSArray* ends = [part componentsSeparatedByString:@"-"];
         for (NSString* end in ends) {
-            int page = [end intValue];
-            // Ascending, as the printing system wants them; a single page may not follow itself.
-            if (![[NSString stringWithFormat:@"%d", page] isEqual:end] || page < last || page < 1)
+            int page = wholeNumber(end);
+            // Ascending, as the printing system wants them.
+            if (page == 0 || page < last)
                 return nil;
             last = page;
         }

@@ -40,7 +40,9 @@ void describe(CLI::App& app, Options& options)
         "--script", options.script,
         "Take commands from this file, or from standard input (-); each answers with a line of JSON");
     app.add_option("FILE", options.files, "What Print prints (with --printer)");
-    app.footer("Without --printer and --ppd the dialog opens on the sample printer.\n"
+    app.footer("Without --printer and --ppd the dialog opens on the default printer, else on the first queue "
+               "with the\n"
+               "panel's options, else on the sample printer; a script on the sample printer.\n"
                "Exit status: 0 done, 1 the script or the dialog failed, 2 wrong usage.");
 }
 
@@ -69,8 +71,6 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options)
         options.plugin = fs::absolute(options.plugin).lexically_normal().string();
         if (options.plugin.size() > 1 && options.plugin.back() == '/')
             options.plugin.pop_back();
-        if (options.ppd.empty())
-            options.ppd = samplePpd();
         // The pictures of a script are the same on every desktop.
         if (!options.script.empty() && options.appearance.empty())
             options.appearance = "light";

@@ -7,9 +7,9 @@
 /// What the command line asks for.
 struct Options {
     std::string plugin;  ///< absolute path of the bundle
-    std::string printer; ///< queue of the CUPS server; empty: the PPD below
-    std::string ppd;
-    std::string queue; ///< identifier of the printer that the PPD stands for
+    std::string printer; ///< queue of the CUPS server
+    std::string ppd;     ///< the sample printer's when neither is given
+    std::string queue;   ///< identifier of the printer that the PPD stands for
     std::string deviceUri;
     std::string settings;   ///< empty: none
     std::string script;     ///< "-" standard input; empty: a person drives the dialog

@@ -27,6 +27,8 @@
 - (NSArray*)panels;
 /// The first panel; nil when the plug-in gave none, and after `terminate`.
 - (id<PDEPanelProtocol>)panel;
+/// Whether the printer's PPD has any of the panel's options; another maker's has none.
+- (BOOL)offersOptionsOf:(PMPrinterObject*)printer;
 /// Takes the panel's view off the screen and lets the panel go. Later calls do nothing.
 - (void)terminate;
 @end

@@ -79,6 +79,14 @@
     return [panels_ count] > 0 ? [panels_ objectAtIndex:0] : nil;
 }
 
+- (BOOL)offersOptionsOf:(PMPrinterObject*)printer
+{
+    for (NSString* key in [[self panel] supportedPPDOptionKeys])
+        if (ppdFindOption([printer ppdFile], [key UTF8String]) != nullptr)
+            return YES;
+    return NO;
+}
+
 - (void)terminate
 {
     // The panels hold this object until `terminate`, and it must outlive them.

@@ -17,10 +17,11 @@ static NSString* configurationFolder()
 
 @implementation Presets
 
-- (instancetype)init
+- (instancetype)initWithFolder:(NSString*)folder
 {
     self = [super init];
-    folder_ = [[configurationFolder() stringByAppendingPathComponent:@"r4270-printdialog/presets"] retain];
+    NSString* own = [configurationFolder() stringByAppendingPathComponent:@"r4270-printdialog"];
+    folder_ = [[own stringByAppendingPathComponent:folder] retain];
     return self;
 }
 
@@ -53,7 +54,7 @@ static NSString* configurationFolder()
     return [name rangeOfCharacterFromSet:refused].location == NSNotFound;
 }
 
-- (BOOL)save:(PMSettingsObject*)settings name:(NSString*)name
+- (BOOL)save:(NSDictionary*)values name:(NSString*)name
 {
     if (![self acceptsName:name])
         return NO;
@@ -61,6 +62,8 @@ static NSString* configurationFolder()
                               withIntermediateDirectories:YES
                                                attributes:nil
                                                     error:nullptr];
+    PMSettingsObject* settings = [[[PMSettingsObject alloc] init] autorelease];
+    [settings replaceValues:values];
     return [settings writeToFile:[self fileOfPreset:name]];
 }
 

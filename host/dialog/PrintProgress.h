@@ -3,18 +3,5 @@
 #import <AppKit/AppKit.h>
 #include <string>
 
-/// The window that shows how a job goes out and what becomes of it.
-@interface PrintProgress : NSObject
-{
-    NSWindow* window_;
-    NSTextField* text_;
-    NSProgressIndicator* bar_;
-    NSButton* close_;
-    NSTimer* timer_;
-    std::string queue_;
-    int job_;
-}
-- (instancetype)initWithQueue:(const std::string&)queue title:(NSString*)title;
-/// Shows the job's number and state until the user closes the window.
-- (void)followJob:(int)job;
-@end
+/// Shows what becomes of a job, in a modal window in which the user can cancel it, until the user closes it.
+void followJob(const std::string& queue, int job, NSString* title);

@@ -4,53 +4,134 @@
 #include "CupsPrinting.h"
 #include "Text.h"
 
-static const CGFloat kWidth = 420, kHeight = 132, kMargin = 20;
+static const CGFloat kWidth = 440, kHeight = 132, kMargin = 20;
 static const NSTimeInterval kStateInterval = 1.0;
+
+/// What keeps a printer, in words; the keyword itself where there are none for it.
+static NSString* wordsFor(const std::string& keyword)
+{
+    struct {
+        const char* beginning; ///< a severity may follow
+        NSString* words;
+    } const reasons[] = {
+        {"media-empty", localized(@"out of paper")},
+        {"media-needed", localized(@"out of paper")},
+        {"media-jam", localized(@"paper jam")},
+        {"toner-empty", localized(@"out of toner")},
+        {"cover-open", localized(@"a cover is open")},
+        {"door-open", localized(@"a cover is open")},
+        {"offline", localized(@"switched off or not connected")},
+        {"connecting-to-device", localized(@"switched off or not connected")},
+        {"paused", localized(@"paused by its administrator")},
+    };
+    for (const auto& reason : reasons)
+        if (keyword.starts_with(reason.beginning))
+            return reason.words;
+    return stringOf(keyword);
+}
+
+static NSString* textOfPhase(const JobState& state)
+{
+    switch (state.phase) {
+    case JobPhase::Waiting:
+        return localized(@"waiting");
+    case JobPhase::Held:
+        return localized(@"held");
+    case JobPhase::Printing:
+        return localized(@"printing");
+    case JobPhase::Stopped:
+        return localized(@"stopped");
+    case JobPhase::Cancelled:
+        return localized(@"cancelled");
+    case JobPhase::Aborted:
+        return localized(@"aborted by the printing system");
+    case JobPhase::Finished:
+        return localized(@"finished");
+    }
+    return @"";
+}
+
+static NSString* textOf(const JobState& state)
+{
+    NSMutableArray* parts = [NSMutableArray arrayWithObject:textOfPhase(state)];
+    if (state.pages > 0 && state.allPages > 0)
+        [parts
+            addObject:[NSString stringWithFormat:localized(@"page %d of %d"), state.pages, state.allPages]];
+    else if (state.pages > 0)
+        [parts addObject:[NSString stringWithFormat:localized(@"page %d"), state.pages]];
+    for (const std::string& reason : state.printerReasons)
+        if (reason != "none" && state.phase < JobPhase::Cancelled)
+            [parts addObject:[NSString stringWithFormat:localized(@"the printer has stopped: %@"),
+                                                        wordsFor(reason)]];
+    return [parts componentsJoinedByString:@", "];
+}
+
+/// The modal window of one job.
+@interface PrintProgress : NSObject
+{
+    NSWindow* window_;
+    NSTextField* text_;
+    NSProgressIndicator* bar_;
+    NSButton* cancel_;
+    NSTimer* timer_;
+    std::string queue_;
+    int job_;
+}
+@end
 
 @implementation PrintProgress
 
-- (instancetype)initWithQueue:(const std::string&)queue title:(NSString*)title
+- (instancetype)initWithQueue:(const std::string&)queue job:(int)job title:(NSString*)title
 {
     self = [super init];
     queue_ = queue;
-    window_ = makeWindow(NSMakeSize(kWidth, kHeight), @"Printing");
+    job_ = job;
+    window_ = makeWindow(NSMakeSize(kWidth, kHeight), localized(@"Printing"));
     CGFloat inner = kWidth - 2 * kMargin;
     NSTextField* heading = makeLabel(NSMakeRect(kMargin, 96, inner, 20), title, NSLeftTextAlignment);
-    bar_ = [[[NSProgressIndicator alloc] initWithFrame:NSMakeRect(kMargin, 72, inner, 16)] autorelease];
+    bar_ = [[[NSProgressIndicator alloc] initWithFrame:NSMakeRect(kMargin, 76, inner, 16)] autorelease];
     [bar_ setIndeterminate:NO];
-    text_ = makeLabel(NSMakeRect(kMargin, 48, inner, 20), @"Sending", NSLeftTextAlignment);
-    close_ = makeButton(NSMakeRect(kWidth - kMargin - 90, 14, 90, 26), @"Close", self, @selector(close:));
-    [close_ setKeyEquivalent:@"\r"];
-    [close_ setEnabled:NO];
-    for (NSView* part in @[ heading, bar_, text_, close_ ])
+    text_ = makeLabel(NSMakeRect(kMargin, 48, inner, 20), @"", NSLeftTextAlignment);
+    cancel_ =
+        makeButton(NSMakeRect(kMargin, 14, 140, 26), localized(@"Cancel Job"), self, @selector(cancel:));
+    NSButton* close = makeButton(NSMakeRect(kWidth - kMargin - 100, 14, 100, 26), localized(@"Close"), self,
+                                 @selector(close:));
+    [close setKeyEquivalent:@"\r"];
+    for (NSView* part in @[ heading, bar_, text_, cancel_, close ])
         [[window_ contentView] addSubview:part];
+    [window_ setInitialFirstResponder:close];
+    [window_ setDelegate:(id)self];
     [window_ center];
-    [window_ makeKeyAndOrderFront:nil];
-    [window_ display];
     return self;
 }
 
 - (void)dealloc
 {
+    [window_ setDelegate:nil];
     [window_ release];
     [super dealloc];
 }
 
+/// A held job may wait for days: it is not followed.
 - (void)showState:(NSTimer*)timer
 {
-    JobState state = jobState(queue_, job_);
-    [text_ setStringValue:[NSString stringWithFormat:@"Job %d: %@", job_, stringOf(state.text)]];
-    if (state.ended) {
+    std::optional<JobState> state = jobState(queue_, job_);
+    NSString* text = state ? textOf(*state) : localized(@"the printing system does not answer");
+    [text_ setStringValue:[NSString stringWithFormat:localized(@"Job %d: %@"), job_, text]];
+    if (!state)
+        return;
+    if (state->allPages > 0)
+        [bar_ setDoubleValue:100.0 * state->pages / state->allPages];
+    if (state->phase == JobPhase::Finished)
+        [bar_ setDoubleValue:100];
+    BOOL runs = state->phase == JobPhase::Waiting || state->phase == JobPhase::Printing;
+    [cancel_ setEnabled:state->phase < JobPhase::Cancelled];
+    if (!runs)
         [timer_ invalidate];
-        timer_ = nil;
-    }
 }
 
-- (void)followJob:(int)job
+- (void)run
 {
-    job_ = job;
-    [bar_ setDoubleValue:100];
-    [close_ setEnabled:YES];
     timer_ = [NSTimer timerWithTimeInterval:kStateInterval
                                      target:self
                                    selector:@selector(showState:)
@@ -60,8 +141,13 @@ static const NSTimeInterval kStateInterval = 1.0;
     [self showState:timer_];
     [NSApp runModalForWindow:window_];
     [timer_ invalidate];
-    timer_ = nil;
     [window_ orderOut:nil];
+}
+
+- (void)cancel:(id)sender
+{
+    cancelJob(queue_, job_);
+    [self showState:timer_];
 }
 
 - (void)close:(id)sender
@@ -69,4 +155,17 @@ static const NSTimeInterval kStateInterval = 1.0;
     [NSApp stopModal];
 }
 
+- (BOOL)windowShouldClose:(id)sender
+{
+    [NSApp stopModal];
+    return NO;
+}
+
 @end
+
+void followJob(const std::string& queue, int job, NSString* title)
+{
+    PrintProgress* progress = [[PrintProgress alloc] initWithQueue:queue job:job title:title];
+    [progress run];
+    [progress release];
+}

@@ -2,6 +2,7 @@
 
 #include "Controls.h"
 #include "SummaryView.h"
+#include "Text.h"
 
 @interface ModalEnd : NSObject
 @end
@@ -29,10 +30,10 @@
 NSString* promptForName(NSString* question, NSString* proposal)
 {
     ModalEnd* end = [[[ModalEnd alloc] init] autorelease];
-    NSWindow* window = [makeWindow(NSMakeSize(360, 120), @"Preset") autorelease];
+    NSWindow* window = [makeWindow(NSMakeSize(360, 120), localized(@"Preset")) autorelease];
     NSTextField* field = makeField(NSMakeRect(20, 54, 320, 22), proposal);
-    NSButton* cancel = makeButton(NSMakeRect(148, 14, 90, 26), @"Cancel", end, @selector(cancel:));
-    NSButton* save = makeButton(NSMakeRect(250, 14, 90, 26), @"Save", end, @selector(accept:));
+    NSButton* cancel = makeButton(NSMakeRect(148, 14, 90, 26), localized(@"Cancel"), end, @selector(cancel:));
+    NSButton* save = makeButton(NSMakeRect(250, 14, 90, 26), localized(@"Save"), end, @selector(accept:));
     [cancel setKeyEquivalent:@"\e"];
     [save setKeyEquivalent:@"\r"];
     for (NSView* part in
@@ -55,9 +56,9 @@ NSString* promptForName(NSString* question, NSString* proposal)
 void showTable(NSString* heading, NSDictionary* table)
 {
     ModalEnd* end = [[[ModalEnd alloc] init] autorelease];
-    NSWindow* window = [makeWindow(NSMakeSize(500, 400), @"Print") autorelease];
+    NSWindow* window = [makeWindow(NSMakeSize(500, 400), localized(@"Print")) autorelease];
     SummaryView* rows = [[[SummaryView alloc] initWithFrame:NSMakeRect(20, 54, 460, 306)] autorelease];
-    NSButton* close = makeButton(NSMakeRect(390, 14, 90, 26), @"Close", end, @selector(accept:));
+    NSButton* close = makeButton(NSMakeRect(390, 14, 90, 26), localized(@"Close"), end, @selector(accept:));
     [close setKeyEquivalent:@"\r"];
     [rows showSummary:table];
     for (NSView* part in

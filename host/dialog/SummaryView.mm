@@ -1,5 +1,7 @@
 #include "SummaryView.h"
 
+#include "Text.h"
+
 static NSTableColumn* column(NSString* identifier, NSString* title, CGFloat width)
 {
     NSTableColumn* result = [[[NSTableColumn alloc] initWithIdentifier:identifier] autorelease];
@@ -17,8 +19,8 @@ static NSTableColumn* column(NSString* identifier, NSString* title, CGFloat widt
     [self setHasVerticalScroller:YES];
     [self setBorderType:NSBezelBorder];
     NSTableView* table = [[[NSTableView alloc] initWithFrame:frame] autorelease];
-    [table addTableColumn:column(@"name", @"Setting", NSWidth(frame) / 2)];
-    [table addTableColumn:column(@"value", @"Value", NSWidth(frame) / 2 - 24)];
+    [table addTableColumn:column(@"name", localized(@"Setting"), NSWidth(frame) / 2)];
+    [table addTableColumn:column(@"value", localized(@"Value"), NSWidth(frame) / 2 - 24)];
     [table setDataSource:(id)self];
     [table setAllowsColumnReordering:NO];
     [table setRowHeight:18];

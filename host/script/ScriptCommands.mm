@@ -109,7 +109,7 @@ Json page(const Line& line)
 {
     if (line.text != "panel" && line.text != "summary")
         return errorAnswer("page panel or page summary");
-    [line.dialog showPageAtIndex:line.text == "summary" ? 1 : 0];
+    [line.dialog showPage:line.text == "summary" ? kSummaryPage : kPanelPage];
     return {{"page", line.text}};
 }
 

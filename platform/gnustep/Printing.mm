@@ -176,13 +176,12 @@ NSMutableDictionary* valuesOf(PMPrintSettings handle)
         cupsGetPPD3(server, [queue UTF8String], &anyVersion, ppdPath, sizeof ppdPath);
         cupsFreeDests(1, destination);
     }
-    NSString* serverReason = [NSString stringWithUTF8String:cupsLastErrorString() ?: ""];
     httpClose(server);
     if (ppdPath[0] == '\0') {
         [self release];
         return failed(error, destination == nullptr
                                  ? text(@"There is no queue named %@", queue)
-                                 : text(@"The queue %@ has no PPD: %@", queue, serverReason));
+                                 : text(@"The queue %@ has no PPD file, which this dialog needs", queue));
     }
     self = [self initWithIdentifier:queue
                           deviceURI:uri

@@ -9,27 +9,21 @@ namespace {
 
 class PresetsTest : public ::testing::Test {
 protected:
-    void TearDown() override
-    {
-        [presets release];
-        [settings release];
-    }
+    void TearDown() override { [presets release]; }
 
     Sandbox home;
     ScopedVariable folder{"XDG_CONFIG_HOME", home.path().string()};
-    Presets* presets = [[Presets alloc] init];
-    PMSettingsObject* settings = [[PMSettingsObject alloc] init];
+    NSDictionary* values = @{@"copies" : @"2", @"R4270" : @{@"VelQuickColor" : @"Photo"}};
+    Presets* presets = [[Presets alloc] initWithFolder:@"presets"];
 };
 
 } // namespace
 
 TEST_F(PresetsTest, GivesBackWhatWasSavedUntilItIsDeleted)
 {
-    NSDictionary* values = @{@"copies" : @"2", @"R4270" : @{@"Q" : @{@"VelQuickColor" : @"Photo"}}};
     EXPECT_EQ([[presets names] count], 0u);
-    [settings replaceValues:values];
     for (NSString* name in @[ @"photos", @"Draft", @"100 % \u00e9\u65e5" ])
-        EXPECT_TRUE([presets save:settings name:name]);
+        EXPECT_TRUE([presets save:values name:name]);
     EXPECT_TRUE([[presets names] isEqual:(@[ @"100 % \u00e9\u65e5", @"Draft", @"photos" ])]);
     EXPECT_TRUE([[presets valuesOfPreset:@"photos" error:nullptr] isEqual:values]);
     [presets removePreset:@"Draft"];
@@ -43,16 +37,16 @@ TEST_F(PresetsTest, GivesBackWhatWasSavedUntilItIsDeleted)
 TEST_F(PresetsTest, AreInTheHomeFolderWithoutAConfigurationFolder)
 {
     ScopedVariable none("XDG_CONFIG_HOME", ""), homeFolder("HOME", home.path().string());
-    Presets* inHome = [[[Presets alloc] init] autorelease];
-    EXPECT_TRUE([inHome save:settings name:@"photos"]);
-    EXPECT_TRUE(std::filesystem::exists(home / ".config/r4270-printdialog/presets/photos.plist"));
+    Presets* inHome = [[[Presets alloc] initWithFolder:@"printers"] autorelease];
+    EXPECT_TRUE([inHome save:values name:@"photos"]);
+    EXPECT_TRUE(std::filesystem::exists(home / ".config/r4270-printdialog/printers/photos.plist"));
 }
 
 TEST_F(PresetsTest, RefusesNamesThatWouldLeaveTheFolderOrHide)
 {
     NSString* tooLong = [@"" stringByPaddingToLength:101 withString:@"x" startingAtIndex:0];
     for (NSString* name in @[ @"", @".", @"..", @"../x", @"a/b", @".hidden", @"line\nfeed", tooLong ]) {
-        EXPECT_FALSE([presets save:settings name:name]) << [name UTF8String];
+        EXPECT_FALSE([presets save:values name:name]) << [name UTF8String];
         [presets removePreset:name];
     }
     EXPECT_EQ([[presets names] count], 0u);

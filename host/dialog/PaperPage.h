@@ -1,0 +1,28 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+#include <cups/ppd.h>
+
+/// The page "Paper & Finishing": every option of the PPD with a choice to make that no panel handles, by the
+/// PPD's groups, and how the printing system lays pages out.
+@interface PaperPage : NSScrollView
+{
+    NSMutableArray* rows_;
+    NSMutableDictionary* choices_;
+    id target_;
+    SEL action_;
+}
+/// `claimed` are the keywords of the panel's options. `action` is sent after each choice; `target` is not
+/// retained.
+- (instancetype)initWithFrame:(NSRect)frame
+                      ppdFile:(ppd_file_t*)ppd
+                      claimed:(NSArray*)claimed
+                       target:(id)target
+                       action:(SEL)action;
+/// Choice keyword by option keyword, for the options that are not left at the printer's default.
+- (NSDictionary*)choices;
+/// What the page does not offer is passed over.
+- (void)setChoices:(NSDictionary*)choices;
+/// Adds a name and a value for each option, as a panel's summary has them.
+- (void)addToSummary:(NSMutableDictionary*)summary;
+@end
