@@ -2,6 +2,7 @@
 
 #include "ListCommands.h"
 #include "Permission.h"
+#include "Process.h"
 #include "Staging.h"
 #include "WalkStart.h"
 #include "profiles/HelperChannel.h"
@@ -114,11 +115,13 @@ Reply run(const Command& command, Parameters parameters)
         std::optional<Account> account = callingAccount();
         if (!account)
             return kNoAccount;
+        if (!hasOwnersRights())
+            return kNotRoot;
         if (command.mayRun == Who::kAdministrators && !mayManageLists(*account))
             return kNotPermitted;
         return command.run(*account, parameters);
     } catch (const std::exception&) {
-        return kFileError; // out of memory
+        return kNoMemory; // nothing else throws
     }
 }
 

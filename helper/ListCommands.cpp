@@ -34,7 +34,7 @@ Outcome publishStagedList(const Account& account)
     std::optional<std::string> name;
     {
         RootScope root;
-        name = stagingName();
+        name = stagingName(getppid());
     }
     if (!name)
         return kNoCaller;
@@ -48,7 +48,7 @@ Outcome publishStagedList(const Account& account)
     RootScope root;
     if (valid)
         return publish(folder, file, *name, account.currentName);
-    (void)removeOwnFile(folder, *name); // what stays would be refused again
+    (void)removeFile(folder, *name); // what stays would be refused again
     return kNotAProfileList;
 }
 
@@ -59,14 +59,18 @@ Outcome copyList(const Account& account, const std::string& from, const std::str
     std::string text;
     if (Outcome outcome = readLocked(account, from, absent(account, from), folder, file, text); !outcome)
         return outcome;
-    if (to == account.currentName && !isListFileText(text))
+    // What is damaged replaces neither a list nor the last good copy of one.
+    if (!isListFileText(text))
         return kNotAProfileList;
     RootScope root;
-    std::string name = ".R4270-copy-" + std::to_string(getuid());
-    Descriptor copy = makeOwnFile(folder, name);
-    Outcome outcome = copy && writeAll(copy, text) ? publish(folder, copy, name, to) : kFileError;
+    // Named like a write of the helper's own, so that the next write removes it should this process die.
+    std::optional<std::string> name = stagingName(getpid());
+    if (!name)
+        return kNoCaller;
+    Descriptor copy = makeOwnFile(folder, *name);
+    Outcome outcome = copy && writeAll(copy, text) ? publish(folder, copy, *name, to) : kFileError;
     if (!outcome)
-        (void)removeOwnFile(folder, name); // the next copy would replace it anyway
+        (void)removeFile(folder, *name);
     return outcome;
 }
 
@@ -93,5 +97,5 @@ Outcome removeList(const Account& account, const std::string& name)
     case NameState::kOwnFile:
         break;
     }
-    return removeOwnFile(folder, name) ? kDone : kFileError;
+    return removeFile(folder, name) ? kDone : kFileError;
 }

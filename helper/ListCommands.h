@@ -10,8 +10,7 @@
 /// is not one is thrown away.
 Outcome publishStagedList(const Account& account);
 
-/// Puts a copy of the list `from` in the place of `to`, in one step. What replaces the current list has to be
-/// a profile list.
+/// Puts a copy of the list `from`, which has to be a profile list, in the place of `to` in one step.
 Outcome copyList(const Account& account, const std::string& from, const std::string& to);
 
 /// kNoList unless the current list stands there.

@@ -26,14 +26,14 @@ Descriptor openFolderAt(int above, const char* name)
     Descriptor folder(openat(above, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat found = {};
     if (!folder || fstat(folder.get(), &found) != 0 || !isTrustedOwner(found.st_uid) ||
-        (found.st_mode & kForbiddenFolderBits) != 0)
+        (found.st_mode & kForbiddenBits) != 0)
         return {};
     return folder;
 }
 
 bool isOwnFile(const struct stat& found)
 {
-    return S_ISREG(found.st_mode) && found.st_nlink == 1 && isTrustedOwner(found.st_uid);
+    return S_ISREG(found.st_mode) && isTrustedOwner(found.st_uid) && (found.st_mode & kForbiddenBits) == 0;
 }
 
 template <typename Call>
@@ -95,12 +95,16 @@ Descriptor openOwnFile(const ListFolder& folder, const std::string& name, int fl
     struct stat found = {};
     if (!file || fstat(file.get(), &found) != 0 || !isOwnFile(found))
         return {};
+    // Anybody may have given the file another name, where the system lets him; that harms nobody until
+    // something is written through it.
+    if ((flags & O_ACCMODE) != O_RDONLY && found.st_nlink != 1)
+        return {};
     return file;
 }
 
 Descriptor makeOwnFile(const ListFolder& folder, const std::string& name)
 {
-    if (!removeOwnFile(folder, name))
+    if (!removeFile(folder, name))
         return {};
     Descriptor file(openat(folder.descriptor(), name.c_str(),
                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
@@ -112,6 +116,8 @@ Descriptor makeOwnFile(const ListFolder& folder, const std::string& name)
 
 Descriptor openLockFile(const ListFolder& folder, const std::string& name)
 {
+    if (stateOf(folder, name) == NameState::kSomethingElse && !removeFile(folder, name))
+        return {};
     Descriptor file(openat(folder.descriptor(), name.c_str(),
                            O_RDONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600));
     struct stat found = {};
@@ -120,17 +126,9 @@ Descriptor openLockFile(const ListFolder& folder, const std::string& name)
     return file;
 }
 
-bool removeOwnFile(const ListFolder& folder, const std::string& name)
+bool removeFile(const ListFolder& folder, const std::string& name)
 {
-    switch (stateOf(folder, name)) {
-    case NameState::kAbsent:
-        return true;
-    case NameState::kOwnFile:
-        return unlinkat(folder.descriptor(), name.c_str(), 0) == 0;
-    case NameState::kSomethingElse:
-        break;
-    }
-    return false;
+    return unlinkat(folder.descriptor(), name.c_str(), 0) == 0 || errno == ENOENT;
 }
 
 bool writeAll(const Descriptor& file, std::string_view text)

@@ -30,22 +30,23 @@ private:
     Descriptor lock_;
 };
 
-/// What stands at a name of the folder. kOwnFile: a regular file of the owner of the lists or root, with one
-/// name.
+/// What stands at a name of the folder. kOwnFile: a regular file of the owner of the lists or root that
+/// nobody else may write.
 enum class NameState { kAbsent, kOwnFile, kSomethingElse };
 NameState stateOf(const ListFolder& folder, const std::string& name);
 
-/// Opens an own file without ever waiting for it; none when the name is absent or something else.
+/// Opens an own file without ever waiting for it; none when the name is absent or something else, or has a
+/// second name and is to be written.
 Descriptor openOwnFile(const ListFolder& folder, const std::string& name, int flags);
 
-/// Makes an own file that nobody else can read, in place of an own file of that name.
+/// Makes an own file that nobody else can read, in place of whatever has that name.
 Descriptor makeOwnFile(const ListFolder& folder, const std::string& name);
 
-/// Opens the lock file of that name, which is made when it is absent.
+/// Opens the lock file of that name, which is made when it is absent or something else.
 Descriptor openLockFile(const ListFolder& folder, const std::string& name);
 
-/// Removes an own file; true when it is gone.
-bool removeOwnFile(const ListFolder& folder, const std::string& name);
+/// Removes whatever has that name; true when it is gone. Folders stay.
+bool removeFile(const ListFolder& folder, const std::string& name);
 
 bool writeAll(const Descriptor& file, std::string_view text);
 

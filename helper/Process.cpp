@@ -107,6 +107,11 @@ bool settleProcess()
     return seteuid(getuid()) == 0;
 }
 
+bool hasOwnersRights()
+{
+    return privileged == ownerOfLists();
+}
+
 RootScope::RootScope()
 {
     if (seteuid(privileged) != 0)

@@ -11,6 +11,10 @@ bool settleProcess();
 
 inline constexpr unsigned kDeadlineSeconds = 10;
 
+/// Whether it may do what the owner of the lists may: not when an installed helper is not, or cannot be,
+/// set-id.
+bool hasOwnersRights();
+
 /// While one lives, the process has the rights of its executable's owner (root, where it is installed).
 class RootScope {
 public:

@@ -43,14 +43,6 @@ std::string stagingPrefix()
     return ".R4270-staging-" + std::to_string(getuid()) + "-";
 }
 
-std::optional<std::string> stagingNameOf(pid_t process)
-{
-    std::optional<StartTime> start = startTimeOf(process);
-    if (!start)
-        return std::nullopt;
-    return stagingPrefix() + std::to_string(process) + "-" + std::to_string(*start);
-}
-
 // Removes the calling user's abandoned writes and counts the others.
 int removeAbandonedWrites(const ListFolder& folder)
 {
@@ -71,7 +63,7 @@ int removeAbandonedWrites(const ListFolder& folder)
         // The file of a process that has ended is nobody's, and so is one whose name says nothing.
         pid_t process = 0;
         std::from_chars(name.data() + prefix.size(), name.data() + name.size(), process);
-        if (stagingNameOf(process) == name || !removeOwnFile(folder, name))
+        if (stagingName(process) == name || !removeFile(folder, name))
             ++alive;
     }
     return alive;
@@ -79,7 +71,7 @@ int removeAbandonedWrites(const ListFolder& folder)
 
 Outcome beginWrite(const ListFolder& folder, const std::string& name, Descriptor& file)
 {
-    if (!removeOwnFile(folder, name))
+    if (!removeFile(folder, name))
         return kUnsafeFile;
     if (removeAbandonedWrites(folder) >= kMostWrites)
         return kTooManyWrites;
@@ -107,15 +99,18 @@ Outcome append(const Descriptor& file, std::string_view piece)
 
 } // namespace
 
-std::optional<std::string> stagingName()
+std::optional<std::string> stagingName(pid_t process)
 {
-    return stagingNameOf(getppid());
+    std::optional<StartTime> start = startTimeOf(process);
+    if (!start)
+        return std::nullopt;
+    return stagingPrefix() + std::to_string(process) + "-" + std::to_string(*start);
 }
 
 Outcome stagePiece(const Account& account, std::string_view piece)
 {
     RootScope root;
-    std::optional<std::string> name = stagingName();
+    std::optional<std::string> name = stagingName(getppid());
     if (!name)
         return kNoCaller;
     ListFolder folder;
@@ -127,6 +122,6 @@ Outcome stagePiece(const Account& account, std::string_view piece)
     if (outcome)
         outcome = append(file, piece);
     if (!outcome)
-        (void)removeOwnFile(folder, *name); // what stays is not a list, and rename would say so
+        (void)removeFile(folder, *name); // what stays is not a list, and rename would say so
     return outcome;
 }

@@ -5,6 +5,7 @@
 #include "profiles/DriverPaths.h"
 
 #include <algorithm>
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -32,10 +33,17 @@ Outcome lockTheWalk(const Account& account, Descriptor& lock)
 bool isHostAddress(std::string_view text)
 {
     constexpr size_t kLongestHost = 253;
+    auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    // Where a name ends in a number, resolvers take odd forms of addresses for one: 2130706433, 127.1.
+    std::string_view last = text.substr(text.rfind('.') + 1);
+    in_addr address;
+    if (!last.empty() && std::all_of(last.begin(), last.end(), isDigit) &&
+        inet_pton(AF_INET, std::string(text).c_str(), &address) != 1)
+        return false;
     return !text.empty() && text.size() <= kLongestHost && text.front() != '-' &&
-           std::all_of(text.begin(), text.end(), [](char c) {
-               return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-                      c == '.' || c == '-';
+           std::all_of(text.begin(), text.end(), [&](char c) {
+               return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || isDigit(c) || c == '.' ||
+                      c == '-' || c == '_';
            });
 }
 

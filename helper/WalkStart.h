@@ -5,7 +5,8 @@
 
 #include <vector>
 
-/// A dotted address or a host name: 1 to 253 letters, digits, "." and "-", the first one not "-".
+/// A dotted address or a host name: 1 to 253 letters, digits, ".", "-" and "_", the first one not "-". What
+/// ends in a number is an address with its four numbers or nothing.
 bool isHostAddress(std::string_view text);
 
 /// Becomes the walker, the program R4270Walker beside the helper, as the real user, in an environment of its

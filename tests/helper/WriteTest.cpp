@@ -218,49 +218,44 @@ TEST_F(HelperTest, AStuckCommandMakesTheNextOneFailAndIsForgottenWhenItEnds)
     EXPECT_TRUE(confirms({kSwapCommand, "2", current, previous}));
 }
 
-// At every name and level, whatever may stand there instead of what the helper expects.
-TEST_F(HelperTest, LinksFifosAndFoldersInPlaceOfFilesAreRefused)
+// A list is refused for what it is not; names of the helper's own are made anew. Nothing is followed, and
+// another name of a file, which anybody may give it on some systems, stops nothing.
+TEST_F(HelperTest, WhatStandsInPlaceOfAFileIsRefusedOrReplacedButNeverFollowed)
 {
     fs::path victim = sandbox.write("victim", listText(7));
-    Strings places = {fs::path(current).filename(), fs::path(previous).filename()};
+    const Strings begin = {kWritePieceCommand, url, listText(2)}, more = {kWritePieceCommand, url, "\n"},
+                  publish = {kRenameCommand, url}, keep = {kSwapCommand, "2", current, previous},
+                  putBack = {kSwapCommand, "3", current, previous}, exist = {kExistCommand, current},
+                  remove = {kRemoveCommand, current}, removeCopy = {kRemoveCommand, previous};
     ASSERT_TRUE(stage(listText(1)));
-    std::string staging = names()[0];
-    std::string lock = ".R4270-lock-" + std::to_string(getuid());
-    for (const std::string& place :
-         {places[0], places[1], staging, lock, ".R4270-copy-" + std::to_string(getuid())})
-        for (int kind = 0; kind < 5; ++kind) {
-            SCOPED_TRACE(place + " " + std::to_string(kind));
-            fs::remove_all(folder);
-            fs::create_directories(folder);
-            ASSERT_TRUE(write(listText(1)));
-            ASSERT_TRUE(confirms({kSwapCommand, "2", current, previous}));
-            ASSERT_TRUE(stage(listText(2)));
-            fs::path at = folder / place;
-            fs::remove(at);
-            if (kind == 0)
-                fs::create_symlink(victim, at);
-            else if (kind == 1)
-                fs::create_hard_link(victim, at);
-            else if (kind == 2)
-                ASSERT_EQ(mkfifo(at.c_str(), 0666), 0);
-            else if (kind == 3)
-                fs::create_directory(at);
-            else
-                fs::create_symlink(folder / "absent", at);
-            if (place == lock || place == staging)
-                expectRefused({kWritePieceCommand, url, listText(2)});
-            if (place != places[1] && place[1] != 'R')
-                expectRefused({kExistCommand, current});
-            if (place == lock || place == staging || place == places[0])
-                expectRefused({kRenameCommand, url});
-            if (place != staging) {
-                expectRefused({kSwapCommand, "2", current, previous});
-            }
-            if (place == lock || place == places[0])
-                expectRefused({kRemoveCommand, current});
-            EXPECT_EQ(readFile(victim), listText(7));
-            fs::remove(at);
-        }
+    struct Row {
+        fs::path place;
+        std::vector<Strings> refused, done;
+    } rows[] = {{current, {publish, keep, putBack, exist, remove}, {begin, removeCopy}},
+                {previous, {keep, putBack, removeCopy}, {publish, remove}},
+                {folder / names()[0], {more, publish}, {begin, keep, remove}},
+                {folder / (".R4270-lock-" + std::to_string(getuid())), {}, {begin, publish, keep, remove}}};
+    const std::pair<const char*, std::function<void(const fs::path&)>> kinds[] = {
+        {"link", [&](const fs::path& at) { fs::create_symlink(victim, at); }},
+        {"link to nothing", [&](const fs::path& at) { fs::create_symlink(root / "absent", at); }},
+        {"fifo", [](const fs::path& at) { mkfifo(at.c_str(), 0666); }},
+        {"writable", [&](const fs::path& at) { fs::copy_file(victim, at), chmod(at.c_str(), 0666); }},
+        {"second name", [&](const fs::path& at) { fs::create_hard_link(victim, at); }}};
+    for (const Row& row : rows)
+        for (const auto& [kind, plant] : kinds)
+            for (bool done : {false, true})
+                for (const Strings& command : done ? row.done : row.refused) {
+                    fs::remove_all(folder);
+                    fs::create_directories(folder);
+                    ASSERT_TRUE(write(listText(1)) && confirms(keep) && stage(listText(2)));
+                    fs::remove(row.place);
+                    plant(row.place);
+                    bool harmless = kind == std::string("second name") && command != more;
+                    EXPECT_EQ(confirms(command), done || harmless)
+                        << row.place << ' ' << kind << ' ' << ::testing::PrintToString(command);
+                    EXPECT_EQ(readFile(victim), listText(7));
+                    EXPECT_FALSE(fs::exists(root / "absent"));
+                }
 }
 
 TEST_F(HelperTest, ALinkOrAForeignHandOnTheWayToTheFolderIsRefused)

@@ -27,9 +27,9 @@ uid_t ownerOfLists();
 /// what is above /Library/Printers, the developer's own folders; all of it when that is not on the way.
 size_t uncheckedLength(std::string_view folder);
 
-/// The write bits that no folder on the checked way may have; in a development build those for the group
-/// are free.
-extern const mode_t kForbiddenFolderBits;
+/// The write bits that no list and no folder on the checked way may have; in a development build those for
+/// the group are free.
+extern const mode_t kForbiddenBits;
 
 /// Whether the calling user counts as an administrator, in a group of them or not: never. In a development
 /// build the owner of the preferences folder does.

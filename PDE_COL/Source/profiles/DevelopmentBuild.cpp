@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-const mode_t kForbiddenFolderBits = S_IWOTH;
+const mode_t kForbiddenBits = S_IWOTH;
 
 std::string driverRoot()
 {

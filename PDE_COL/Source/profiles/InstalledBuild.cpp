@@ -2,7 +2,7 @@
 
 #include <sys/stat.h>
 
-const mode_t kForbiddenFolderBits = S_IWGRP | S_IWOTH;
+const mode_t kForbiddenBits = S_IWGRP | S_IWOTH;
 
 std::string driverRoot()
 {
