@@ -107,8 +107,9 @@ bool Agent::isForUs(const netsnmp_pdu& request) const
     return wrong == nullptr;
 }
 
-void Agent::answer(netsnmp_pdu& pdu) const
+size_t Agent::answer(netsnmp_pdu& pdu) const
 {
+    size_t place = 0;
     const char* kind = pdu.command == SNMP_MSG_GET ? "GET" : pdu.command == SNMP_MSG_GETNEXT ? "GETNEXT" : "";
     pdu.errstat = pdu.errindex = 0;
     long index = 0;
@@ -122,6 +123,7 @@ void Agent::answer(netsnmp_pdu& pdu) const
         if (options_.verbose)
             std::cerr << kind << ' ' << dotted(name) << " -> "
                       << (found == table_.end() ? "nothing" : dotted(found->first)) << std::endl;
+        place = static_cast<size_t>(std::distance(table_.begin(), found));
         if (found != table_.end()) {
             snmp_set_var_objid(variable, found->first.data(), found->first.size());
             snmp_set_var_typed_value(variable, found->second.type, found->second.bytes.data(),
@@ -132,6 +134,7 @@ void Agent::answer(netsnmp_pdu& pdu) const
         }
     }
     pdu.command = SNMP_MSG_RESPONSE;
+    return place;
 }
 
 void Agent::takeRequest()
@@ -148,11 +151,8 @@ void Agent::takeRequest()
     PduHolder pdu = decode(bytes);
     if (pdu == nullptr || !isForUs(*pdu))
         return;
-    answer(*pdu);
     packet.delivery.says = pdu.get();
-    if (options_.faultAfter > 0)
-        --options_.faultAfter;
-    else if (options_.fault)
+    if (answer(*pdu) >= options_.faultAfter && options_.fault)
         options_.fault(packet.delivery);
     packet.bytes = encode(*pdu);
     if (packet.delivery.damage && !packet.bytes.empty())

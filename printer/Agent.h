@@ -15,7 +15,7 @@ struct AgentOptions {
     std::string community = "vislaq";
     int delay = 0;           ///< milliseconds from a request to its answer
     Fault fault;             ///< may be empty
-    unsigned faultAfter = 0; ///< answers that stay right before the fault sets in
+    unsigned faultAfter = 0; ///< objects of the table whose answers stay right
     bool verbose = false;    ///< every request is told on standard error
 };
 
@@ -49,7 +49,8 @@ private:
 
     void takeRequest();
     bool isForUs(const netsnmp_pdu& request) const;
-    void answer(netsnmp_pdu& request) const;
+    /// Turns a request into its answer. Gives the place of the object in the table.
+    size_t answer(netsnmp_pdu& request) const;
     void send(const Packet& packet);
     timespec sendWhatIsDue();
 

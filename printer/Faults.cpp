@@ -116,7 +116,7 @@ void changeCommunity(Answer& answer, Setting& setting)
     pdu.community_len = setting.text.size();
 }
 
-/// What is said is wrong for one name in ten, in the same way each time that the name comes up; whether and
+/// What is said is wrong for one name in forty, in the same way each time that the name comes up; whether and
 /// when it arrives is another matter each time.
 void mixFaults(Answer& answer, Setting& setting)
 {
@@ -130,7 +130,7 @@ void mixFaults(Answer& answer, Setting& setting)
     uint64_t fate = static_cast<uint64_t>(setting.number);
     for (oid part : nameIn(answer))
         fate = (fate ^ part) * 0x9E3779B97F4A7C15;
-    fate = (fate >> 32) % (10 * faults.size());
+    fate = (fate >> 32) % (40 * faults.size());
     if (fate < faults.size())
         faults[fate](answer);
     const uint32_t luck = setting.random() % 40;

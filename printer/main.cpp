@@ -42,7 +42,7 @@ void declareOptions(CLI::App& app, Options& options)
         ->check(CLI::Range(0, 600000));
     app.add_option("--fault", options.fault, "Misbehave; the faults are listed below")->option_text("FAULT");
     app.add_option("--fault-after", options.agent.faultAfter,
-                   "Answers that stay right before the fault sets in")
+                   "Objects of the table, from its beginning, whose answers stay right")
         ->option_text("COUNT");
     app.add_option("--exit-after", options.exitAfter, "End by itself after so many seconds")
         ->option_text("SECONDS");

@@ -16,11 +16,9 @@ namespace {
 // A folder that cannot exist, so that nothing is found or made in it.
 constexpr char kNowhere[] = "/dev/null/none";
 
-// net-snmp hands its hooks no data of ours: what belongs to the one open session stands here.
-void* openSession = nullptr;
-steady_clock::time_point timeIsUp;
-long usualTimeout = 0; // microseconds, of one try
-int usualRetries = 0;
+// How long an answer is waited for awake. A printer nearby answers before a process has gone to sleep and
+// been woken again, and a full table is 3500 requests.
+constexpr auto kAwake = microseconds(100);
 
 bool sameAddress(const netsnmp_sockaddr_storage& a, const netsnmp_sockaddr_storage& b)
 {
@@ -32,29 +30,9 @@ bool sameAddress(const netsnmp_sockaddr_storage& a, const netsnmp_sockaddr_stora
            std::memcmp(&a.sin6.sin6_addr, &b.sin6.sin6_addr, sizeof a.sin6.sin6_addr) == 0;
 }
 
-using SendFunction = decltype(netsnmp_transport::f_send);
-SendFunction sendPacket = nullptr;
-
-// How long a sent request is waited for awake. A printer nearby answers before a process has gone to sleep
-// and been woken again, and a full table is 3500 requests.
-constexpr auto kAwake = microseconds(100);
-
-int sendAndStayAwake(netsnmp_transport* transport, const void* packet, int size, void** opaque, int* length)
-{
-    int sent = sendPacket(transport, packet, size, opaque, length);
-    auto end = steady_clock::now() + kAwake;
-    char any;
-    while (sent >= 0 && recv(transport->sock, &any, sizeof any, MSG_PEEK | MSG_DONTWAIT) < 0 &&
-           steady_clock::now() < end)
-        sched_yield();
-    return sent;
-}
-
 // Runs for every packet, before it is parsed.
 int comesFromAgent(netsnmp_session*, netsnmp_transport* transport, void* from, int fromLength)
 {
-    // Packets that are not taken must not keep a request from timing out.
-    snmp_sess_timeout(openSession);
     constexpr int kPairSize = sizeof(netsnmp_indexed_addr_pair);
     if (from == nullptr || fromLength != kPairSize || transport->data_length != kPairSize)
         return 0;
@@ -68,6 +46,14 @@ int isResponse(netsnmp_session* session, netsnmp_pdu* pdu, int parseError)
     return parseError == SNMPERR_SUCCESS && pdu->command == SNMP_MSG_RESPONSE &&
            pdu->version == session->version && pdu->community_len == session->community_len &&
            std::memcmp(pdu->community, session->community, session->community_len) == 0;
+}
+
+bool isSmall(const netsnmp_pdu& answer)
+{
+    // The longest value that is kept for a question that may not count.
+    constexpr size_t kLongest = 1024;
+    const netsnmp_variable_list* only = answer.variables;
+    return only == nullptr || (only->next_variable == nullptr && only->val_len <= kLongest);
 }
 
 } // namespace
@@ -90,48 +76,154 @@ void restrainNetSnmp()
     set_configuration_directory(kNowhere);
 }
 
-AgentSession::AgentSession(netsnmp_session& wanted, steady_clock::time_point end)
-    : session_(snmp_open_ex(&wanted, comesFromAgent, nullptr, isResponse, nullptr, nullptr, nullptr))
+AgentSession::AgentSession(netsnmp_session& wanted, Clock::time_point end)
+    : session_(snmp_open_ex(&wanted, comesFromAgent, nullptr, isResponse, nullptr, nullptr, nullptr)),
+      end_(end)
 {
-    timeIsUp = end;
     if (session_ == nullptr)
         return;
-    openSession = snmp_sess_pointer(session_);
-    netsnmp_transport* transport = snmp_sess_transport(openSession);
-    sendPacket = std::exchange(transport->f_send, sendAndStayAwake);
-    usualTimeout = session_->timeout;
-    usualRetries = session_->retries;
-}
-
-AgentSession::~AgentSession()
-{
-    close();
+    session_->myvoid = this;
+    pointer_ = snmp_sess_pointer(session_);
+    timeout_ = session_->timeout;
+    retries_ = session_->retries;
 }
 
 void AgentSession::close()
 {
+    questions_.clear();
     if (session_ != nullptr)
         snmp_close(session_);
     session_ = nullptr;
-    openSession = nullptr;
 }
 
-int exchangeInTime(netsnmp_session* session, netsnmp_pdu* request, netsnmp_pdu** response)
+long AgentSession::left() const
 {
-    *response = nullptr;
-    long left = duration_cast<microseconds>(timeIsUp - steady_clock::now()).count();
-    if (left <= 0) {
-        snmp_free_pdu(request);
-        return STAT_TIMEOUT;
+    return std::max<long>(0, duration_cast<microseconds>(end_ - Clock::now()).count());
+}
+
+// Called for an answer, a time-out and a repeat of any request.
+int AgentSession::takeAnswer(int operation, netsnmp_session* session, int id, netsnmp_pdu* pdu, void* self)
+{
+    if (operation == NETSNMP_CALLBACK_OP_RESEND)
+        return 1;
+    auto& agent = *static_cast<AgentSession*>(self);
+    --agent.underWay_;
+    auto question = std::find_if(agent.questions_.begin(), agent.questions_.end(), [&](const Question& each) {
+        return each.status == Question::kUnderWay && (each.id == id || each.earlierId == id);
+    });
+    if (question == agent.questions_.end())
+        return 1;
+    if (operation == NETSNMP_CALLBACK_OP_TIMED_OUT) {
+        question->status = STAT_TIMEOUT;
+        session->s_snmp_errno = SNMPERR_TIMEOUT;
+    } else if (operation != NETSNMP_CALLBACK_OP_RECEIVED_MESSAGE || pdu == nullptr) {
+        question->status = STAT_ERROR;
+    } else if (question->ahead && !isSmall(*pdu)) {
+        agent.questions_.erase(question);
+    } else {
+        question->answer.reset(snmp_clone_pdu(pdu));
+        question->status = question->answer != nullptr ? STAT_SUCCESS : STAT_ERROR;
     }
-    session->timeout = std::min(usualTimeout, left);
-    session->retries = static_cast<int>(std::min<long>(usualRetries, left / session->timeout - 1));
+    return 1;
+}
+
+bool AgentSession::send(int command, Question& question, long timeout, int retries)
+{
+    session_->timeout = timeout;
+    session_->retries = retries;
+    netsnmp_pdu* request = snmp_pdu_create(command);
+    snmp_add_null_var(request, question.name.data(), question.name.size());
+    question.earlierId = question.id;
+    question.id = snmp_async_send(session_, request, takeAnswer, this);
+    lastSent_ = Clock::now();
+    if (question.id == 0)
+        snmp_free_pdu(request);
+    else
+        ++underWay_;
+    return question.id != 0;
+}
+
+// With net-snmp's time-out and so many repeats, as far as there is time for them.
+void AgentSession::ask(int command, Question& question, int retries)
+{
+    const long time = left();
+    const long timeout = std::min(timeout_, time);
+    if (time == 0 || retries < 0)
+        question.status = STAT_TIMEOUT;
+    else if (!send(command, question, timeout, static_cast<int>(std::min<long>(retries, time / timeout - 1))))
+        question.status = STAT_ERROR;
+}
+
+bool AgentSession::askAhead(const ObjectName& name)
+{
+    questions_.push_back({name, true});
+    // It is not to be repeated, and its answer may come as long as there is time.
+    const bool sent = left() > 0 && send(SNMP_MSG_GETNEXT, questions_.back(), left() + timeout_, 0);
+    if (!sent)
+        questions_.pop_back();
+    return sent;
+}
+
+void AgentSession::waitFor(const Question& question, Clock::time_point until)
+{
     // net-snmp reports every packet that it cannot read: a printer must not fill the user's log. Without any
     // log it would turn to standard error after all.
     [[maybe_unused]] static netsnmp_log_handler* silent =
         netsnmp_register_loghandler(NETSNMP_LOGHANDLER_NONE, LOG_DEBUG);
     snmp_disable_stderrlog();
-    int status = snmp_synch_response(session, request, response);
+    for (Clock::time_point now; question.status == Question::kUnderWay && (now = Clock::now()) < until;) {
+        const bool awake = now < lastSent_ + kAwake;
+        const auto wait = duration_cast<microseconds>(awake ? Clock::duration::zero() : until - now);
+        timeval time{wait / seconds(1), (wait % seconds(1)).count()};
+        int count = 0;
+        int block = 0;
+        fd_set ready;
+        FD_ZERO(&ready);
+        snmp_sess_select_info(pointer_, &count, &ready, &time, &block);
+        if (select(count, &ready, nullptr, nullptr, &time) > 0)
+            snmp_sess_read(pointer_, &ready);
+        else if (awake)
+            sched_yield();
+        // Each time: packets that are not taken must not keep a request from timing out.
+        snmp_sess_timeout(pointer_);
+    }
     snmp_enable_stderrlog();
-    return status;
+}
+
+int AgentSession::giveOut(PduHolder& answer)
+{
+    waitFor(questions_.front(), end_);
+    answer = std::move(questions_.front().answer);
+    const int status = questions_.front().status;
+    questions_.pop_front();
+    return status == Question::kUnderWay ? STAT_TIMEOUT : status;
+}
+
+int AgentSession::get(const ObjectName& name, PduHolder& answer)
+{
+    questions_.clear();
+    questions_.push_back({name, false});
+    ask(SNMP_MSG_GET, questions_.back(), retries_);
+    return giveOut(answer);
+}
+
+void AgentSession::begin(const ObjectName& name)
+{
+    while (!questions_.empty() && questions_.front().name != name)
+        questions_.pop_front();
+    if (!questions_.empty())
+        return;
+    questions_.push_back({name, false});
+    ask(SNMP_MSG_GETNEXT, questions_.back(), retries_);
+}
+
+int AgentSession::finish(PduHolder& answer)
+{
+    Question& question = questions_.front();
+    if (std::exchange(question.ahead, false)) {
+        waitFor(question, std::min(end_, Clock::now() + tryTime()));
+        if (question.status == Question::kUnderWay)
+            ask(SNMP_MSG_GETNEXT, question, retries_ - 1);
+    }
+    return giveOut(answer);
 }

@@ -1,6 +1,6 @@
 #include "discovery/ProfileTableWalk.h"
 
-#include "discovery/AgentSession.h"
+#include "discovery/LookAhead.h"
 #include "discovery/SpoolMerge.h"
 #include "discovery/SpoolTable.h"
 #include "profiles/ProfileListOperations.h"
@@ -25,17 +25,6 @@ enum ExitValue { kComplete = 0, kFailed = 1, kAgentError = 2 };
 enum Setting { kIncludeRequested = 1, kPrintStatistics = 2, kDontCheckOrdering = 3 };
 
 char message[128];
-
-struct Name {
-    oid parts[MAX_OID_LEN] = {};
-    size_t length = 0;
-
-    void assign(const oid* from, size_t count)
-    {
-        length = std::min<size_t>(count, MAX_OID_LEN);
-        std::copy_n(from, length, parts);
-    }
-};
 
 bool isSet(Setting setting)
 {
@@ -64,20 +53,21 @@ bool isException(const netsnmp_variable_list& variable)
 
 // The names go into the text as raw memory, not dotted: so on a little-endian machine the text ends a byte
 // after it began.
-void noteOrderFault(const Name& earlier, const netsnmp_variable_list& variable)
+void noteOrderFault(const ObjectName& earlier, const ObjectName& later)
 {
     char first[255] = {};
     char second[255] = {};
-    std::memcpy(first, earlier.parts, earlier.length);
-    std::memcpy(second, variable.name, std::min<size_t>(variable.name_length, MAX_OID_LEN));
+    std::memcpy(first, earlier.data(), earlier.size());
+    std::memcpy(second, later.data(), later.size());
     snprintf(message, sizeof message, "[SNMP] Error: OID not increasing: %s >= %s", first, second);
 }
 
 /// The loop of GETNEXT requests through one subtree.
 class SubtreeWalk {
 public:
-    SubtreeWalk(netsnmp_session* session, const Name& root)
-        : session_(session), root_(root), current_(root), checkOrder_(!isSet(kDontCheckOrdering))
+    SubtreeWalk(AgentSession& session, const ObjectName& root)
+        : session_(session.get()), ahead_(session, root, walkWindow), root_(root), current_(root),
+          checkOrder_(!isSet(kDontCheckOrdering))
     {
     }
 
@@ -85,12 +75,9 @@ public:
     int run()
     {
         while (running_) {
-            netsnmp_pdu* request = snmp_pdu_create(SNMP_MSG_GETNEXT);
-            snmp_add_null_var(request, current_.parts, current_.length);
-            netsnmp_pdu* response = nullptr;
-            lastStatus_ = exchangeInTime(session_, request, &response);
-            handle(response);
-            snmp_free_pdu(response);
+            PduHolder response(nullptr, snmp_free_pdu);
+            lastStatus_ = ahead_.answerTo(current_, response);
+            handle(response.get());
         }
         return exitValue_;
     }
@@ -126,8 +113,8 @@ private:
     // A variable that stops the walk does not keep those after it in the same answer from the spool.
     void accept(const netsnmp_variable_list& variable)
     {
-        if (variable.name_length < root_.length ||
-            !std::equal(root_.parts, root_.parts + root_.length, variable.name)) {
+        ObjectName name(variable.name, variable.name + variable.name_length);
+        if (name.size() < root_.size() || !std::equal(root_.begin(), root_.end(), name.begin())) {
             running_ = false;
             return;
         }
@@ -142,36 +129,39 @@ private:
             return;
         }
         if (checkOrder_ &&
-            snmp_oid_compare(current_.parts, current_.length, variable.name, variable.name_length) >= 0) {
-            noteOrderFault(current_, variable);
+            snmp_oid_compare(current_.data(), current_.size(), name.data(), name.size()) >= 0) {
+            noteOrderFault(current_, name);
             stop(kFailed);
         }
-        current_.assign(variable.name, variable.name_length);
+        current_ = std::move(name);
     }
 
     netsnmp_session* session_;
-    const Name& root_;
-    Name current_;
+    LookAhead ahead_;
+    const ObjectName& root_;
+    ObjectName current_;
     bool checkOrder_;
     bool running_ = true;
     int lastStatus_ = STAT_ERROR;
     int exitValue_ = kComplete;
 };
 
-bool parseRoot(const char* text, Name& root)
+bool parseRoot(const char* text, ObjectName& root)
 {
     if (text == nullptr) {
-        root.assign(kMib2, std::size(kMib2));
+        root.assign(std::begin(kMib2), std::end(kMib2));
         return true;
     }
-    root.length = MAX_OID_LEN;
-    if (snmp_parse_oid(text, root.parts, &root.length) != nullptr)
-        return true;
-    snmp_perror(text);
-    return false;
+    size_t length = MAX_OID_LEN;
+    root.resize(length);
+    const bool parsed = snmp_parse_oid(text, root.data(), &length) != nullptr;
+    if (!parsed)
+        snmp_perror(text);
+    root.resize(length);
+    return parsed;
 }
 
-int walkAgent(netsnmp_session& wanted, const Name& root, Clock::time_point end)
+int walkAgent(netsnmp_session& wanted, const ObjectName& root, Clock::time_point end)
 {
     AgentSession session(wanted, end);
     if (session.get() == nullptr) {
@@ -180,12 +170,12 @@ int walkAgent(netsnmp_session& wanted, const Name& root, Clock::time_point end)
         return kFailed;
     }
     if (isSet(kIncludeRequested))
-        snmp_get_and_print(session.get(), root.parts, root.length);
-    SubtreeWalk walk(session.get(), root);
+        snmp_get_and_print(session.get(), root.data(), root.size());
+    SubtreeWalk walk(session, root);
     int exitValue = walk.run();
     // Nothing below the root: it may be a single object.
     if (walk.lastExchangeSucceeded() && numprinted == 0)
-        snmp_get_and_print(session.get(), root.parts, root.length);
+        snmp_get_and_print(session.get(), root.data(), root.size());
     session.close();
     if (isSet(kPrintStatistics))
         MyDebugMessage("[UTIL-MIB] Variables found: ", numprinted);
@@ -204,7 +194,7 @@ int walkByArguments(std::vector<std::string> words, Clock::time_point end)
         return next;
     if (next < 0)
         return NETSNMP_PARSE_ARGS_ERROR_USAGE; // whether or not the parser has already said why
-    Name root;
+    ObjectName root;
     if (!parseRoot(next < argc ? argv[static_cast<size_t>(next)] : nullptr, root))
         return kFailed;
     return walkAgent(wanted, root, end);
@@ -230,17 +220,14 @@ int mib_walk(int argc, char* argv[])
 
 void snmp_get_and_print(netsnmp_session* session, const oid* name, size_t length)
 {
-    netsnmp_pdu* request = snmp_pdu_create(SNMP_MSG_GET);
-    snmp_add_null_var(request, name, length);
-    netsnmp_pdu* response = nullptr;
-    if (exchangeInTime(session, request, &response) == STAT_SUCCESS &&
-        response->errstat == SNMP_ERR_NOERROR) {
-        for (const netsnmp_variable_list* v = response->variables; v != nullptr; v = v->next_variable) {
-            ++numprinted;
-            print_variable(v->name, v->name_length, v);
-        }
+    PduHolder response(nullptr, snmp_free_pdu);
+    auto& agent = *static_cast<AgentSession*>(session->myvoid);
+    if (agent.get({name, name + length}, response) != STAT_SUCCESS || response->errstat != SNMP_ERR_NOERROR)
+        return;
+    for (const netsnmp_variable_list* v = response->variables; v != nullptr; v = v->next_variable) {
+        ++numprinted;
+        print_variable(v->name, v->name_length, v);
     }
-    snmp_free_pdu(response);
 }
 
 void optProc(int, char* const*, int option)

@@ -14,6 +14,9 @@ inline constexpr int kMaxWalkVariables = 10000;
 /// What all exchanges of a walk may take together.
 inline std::chrono::milliseconds walkTimeLimit = std::chrono::minutes(2);
 
+/// The most questions that a walk has under way at a time; 1 is a walk that waits for each answer.
+inline int walkWindow = 8;
+
 /// Variables that the current walk, or the last one, has accepted.
 extern int numprinted;
 
