@@ -17,7 +17,8 @@ public:
     /// Puts a shell script in the helper's place.
     void replaceHelper(const std::string& script) const
     {
-        std::filesystem::remove(helperFolder());
+        if (std::filesystem::is_symlink(helperFolder()))
+            std::filesystem::remove(helperFolder());
         const std::filesystem::path helper = helperExecutable();
         sandbox_.write(helper.lexically_relative(sandbox_.path()), "#!/bin/sh\n" + script);
         std::filesystem::permissions(helper, std::filesystem::perms(0755));
