@@ -1,8 +1,7 @@
-#include "profiles/DriverPaths.h"
-#include "support/Process.h"
+#include "support/DriverRoot.h"
 #include "support/SimulatedPrinter.h"
 
-#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -10,25 +9,20 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr uid_t kNobody = 65534;
-
 bool has(const std::string& text, const std::string& words)
 {
     return text.find(words) != std::string::npos;
 }
 
-/// The program and the real helper in a root folder of their own.
+void writeFile(const fs::path& path, const std::string& text)
+{
+    fs::remove(path);
+    std::ofstream(path) << text;
+}
+
+/// The program and the real helper below a scratch root.
 class ProfilectlTest : public testing::Test {
 protected:
-    ProfilectlTest() : helper(helperExecutable()), root("PDE_ROOT", sandbox.path().string())
-    {
-        fs::create_directories(preferencesFolder());
-        fs::create_directories(fs::path(helperExecutable()).parent_path());
-        for (const char* name : {"R4270Helper", "R4270Walker"})
-            fs::create_symlink(helper.parent_path() / name,
-                               fs::path(helperExecutable()).parent_path() / name);
-    }
-
     static ProcessResult run(std::vector<std::string> arguments, ProcessOptions options = {})
     {
         arguments.insert(arguments.begin(), PDE_PROFILECTL);
@@ -55,25 +49,19 @@ protected:
         EXPECT_TRUE(readFile(currentListPath()) == before) << words;
     }
 
-    void writeList(const fs::path& path, const std::string& text) const
-    {
-        fs::remove(path);
-        sandbox.write(path.lexically_relative(sandbox.path()), text);
-    }
-
-    /// Starts a printer and has the walk find it.
+    /// Starts a printer where the walk looks for it.
     std::unique_ptr<SimulatedPrinter> printer(const std::string& table,
                                               const std::vector<std::string>& options = {}) const
     {
         auto started = std::make_unique<SimulatedPrinter>(table, options);
-        sandbox.write("snmp/snmp.conf",
-                      "defaultPort " + std::to_string(started->port()) + "\ntimeout 3\nretries 0\n");
+        writeFile(root / "snmp.conf",
+                  "defaultPort " + std::to_string(started->port()) + "\ntimeout 3\nretries 0\n");
         return started;
     }
 
-    Sandbox sandbox;
-    fs::path helper; ///< this build's own
-    ScopedVariable root, configuration{"SNMPCONFPATH", (sandbox / "snmp").string()};
+    fs::path helper = fs::path(helperExecutable()); ///< this build's own
+    DriverRoot root;
+    ScopedVariable configuration{"SNMPCONFPATH", root / ""};
 };
 
 } // namespace
@@ -114,7 +102,7 @@ TEST_F(ProfilectlTest, ExportedListsCanBeImportedElsewhereAndAgain)
     EXPECT_EQ(done({"list"}), "rgb  hidden  by-hand     disk  photo.icc                        New\n"
                               "dst  shown   on-printer  disk  a.icc                            a.icc\n");
     fails({"remove", "a.icc"}, 3, "would bring it back");
-    std::string file = (sandbox / "lists.json").string();
+    std::string file = (root / "lists.json").string();
     done({"export", file});
     fs::remove(currentListPath());
     EXPECT_EQ(done({"import", file, "--replace"}), "2 added, 0 changed, 0 as they were, 0 removed\n");
@@ -189,52 +177,53 @@ TEST_F(ProfilectlTest, CheckTellsWhatReadingLosesAndTheLastGoodCopyIsPutBack)
     };
     for (const auto& [from, to, words] : rows) {
         std::string text = good;
-        writeList(currentListPath(), text.replace(text.find(from), from.size(), to));
+        writeFile(currentListPath(), text.replace(text.find(from), from.size(), to));
         ProcessResult result = run({"check"});
         EXPECT_EQ(result.status, words.empty() ? 0 : 1) << to << result.out;
         EXPECT_TRUE(has(result.out, words)) << result.out;
     }
-    writeList(currentListPath(), "<plist>");
-    writeList(previousListPath(), good);
+    writeFile(currentListPath(), "<plist>");
+    writeFile(previousListPath(), good);
     fails({"add", "x.icc", "--class", "rgb"}, 1, "profilectl check");
+    const std::string empty = R"({"rgb":[],"sim":[],"dst":[]})";
+    done({"import", "-", "--replace"}, empty);
+    EXPECT_TRUE(has(done({"check"}), "nothing is wrong"));
     done({"restore"});
     EXPECT_TRUE(readFile(currentListPath()) == good);
-    writeList(previousListPath(), "<plist>");
+    writeFile(previousListPath(), "<plist>");
     fails({"restore"}, 1, "cannot be read");
-    writeList(currentListPath(), "<plist>");
-    done({"import", "-", "--replace"}, R"({"rgb":[],"sim":[],"dst":[]})");
-    EXPECT_TRUE(has(done({"check"}), "nothing is wrong"));
 }
 
 TEST_F(ProfilectlTest, AUserWithoutPermissionOrAHelperThatWorksCanOnlyRead)
 {
     done({"add", "photo.icc", "--class", "rgb"});
     const fs::path installed = helperExecutable();
-    fs::remove(installed);
-    fails({"hide", "photo.icc"}, 4, "is not installed");
-    sandbox.write(installed.lexically_relative(sandbox.path()), readFile(helper).substr(0, 3000));
+    root.replaceHelper("exit 0");
+    fails({"hide", "photo.icc"}, 4, "is damaged");
     fs::permissions(installed, fs::perms(0644));
     fails({"hide", "photo.icc"}, 4, "cannot be executed");
+    fs::remove(installed);
+    fails({"hide", "photo.icc"}, 4, "is not installed");
+    writeFile(installed, readFile(helper).substr(0, 3000));
     fs::permissions(installed, fs::perms(0755));
     fails({"hide", "photo.icc"}, 4, "is damaged");
     if (getuid() != 0)
         GTEST_SKIP() << "running as another user needs root";
-    fs::remove(installed);
+    fs::copy_file(helper, installed, fs::copy_options::overwrite_existing);
     ProcessResult nosuid = runProcess(
         {"unshare", "-m", "sh", "-c",
          "mount -t tmpfs -o nosuid none \"$1\" && cp \"$2\" \"$1\" && chown 65534 \"$1/R4270Helper\" && "
          "chmod 4755 \"$1/R4270Helper\" && exec " PDE_PROFILECTL " discover 127.0.0.1",
          "sh", installed.parent_path(), helper});
     EXPECT_TRUE(nosuid.status == 4 && has(nosuid.err, "nosuid")) << nosuid.err;
-    fs::copy_file(helper, installed);
-    fs::copy_file(PDE_PROFILECTL, sandbox / "profilectl"); // the build folder may be closed to others
-    fs::permissions(sandbox.path(), fs::perms(0755));
+    fs::copy_file(PDE_PROFILECTL, root / "profilectl"); // the build folder may be closed to others
+    fs::permissions(root / "", fs::perms(0755));
     ProcessOptions nobody;
-    nobody.uid = nobody.gid = kNobody;
-    ProcessResult result = runProcess({sandbox / "profilectl", "add", "x.icc", "--class", "rgb"}, nobody);
+    nobody.uid = nobody.gid = 65534;
+    ProcessResult result = runProcess({root / "profilectl", "add", "x.icc", "--class", "rgb"}, nobody);
     EXPECT_EQ(result.status, 4) << result.err;
     EXPECT_TRUE(has(result.err, "members of the group")) << result.err;
-    EXPECT_EQ(runProcess({sandbox / "profilectl", "list"}, nobody).status, 0);
+    EXPECT_EQ(runProcess({root / "profilectl", "list"}, nobody).status, 0);
     EXPECT_FALSE(fs::exists(currentListPath("nobody")));
 }
 
@@ -256,11 +245,11 @@ TEST_F(ProfilectlTest, DiscoverSaysWhatAPrinterHasAndNoSaveDuringAWalkIsLost)
     // Each save falls into a walk, a little later each time.
     for (int i = 0; i < 12; ++i) {
         done({"import", "-", "--replace"}, R"({"rgb":[],"sim":[],"dst":[]})");
-        BackgroundProcess walk({PDE_PROFILECTL, "discover", "127.0.0.1"}, sandbox / "walk");
+        BackgroundProcess walk({PDE_PROFILECTL, "discover", "127.0.0.1"}, root / "walk");
         sleepMilliseconds(2 * i);
         done({"add", "mine.icc", "--class", "rgb"});
         EXPECT_TRUE(waitUntil([&] { return !walk.running(); }));
         std::string list = done({"list"});
-        EXPECT_TRUE(has(list, "mine.icc") && has(list, "P0.ICC")) << i << list << readFile(sandbox / "walk");
+        EXPECT_TRUE(has(list, "mine.icc") && has(list, "P0.ICC")) << i << list << readFile(root / "walk");
     }
 }

@@ -18,7 +18,7 @@ size_t openDescriptors()
     return static_cast<size_t>(std::distance(begin(entries), end(entries)));
 }
 
-const std::string kPiece = "writeDataToPlistFile_XPC", kRename = "writeDataToPlistFileRename_XPC";
+const std::string kPiece = "writeDataToPlistFile_XPC\n", kRename = "writeDataToPlistFileRename_XPC\n";
 
 } // namespace
 
@@ -47,29 +47,6 @@ TEST(ListFilePieces, AreCountedInUtf16UnitsAndNeverCutACharacter)
         EXPECT_EQ(got, bytes);
         EXPECT_TRUE(bytes.empty() || joined == text);
     }
-}
-
-TEST(ListFilePieces, OfAFullListWithThreeByteNamesFitOneArgument)
-{
-    ProfileList full{};
-    for (ProfileRecord& r : full.records)
-        r = record(
-            6,
-            "\xE6\x97\xA5\xE6\x97\xA5\xE6\x97\xA5\xE6\x97\xA5\xE6\x97\xA5\xE6\x97\xA5\xE6\x97\xA5\xE6\x97\xA5"
-            "\xE6\x97\xA5\xE6\x97\xA5"),
-        memcpy(r.ProfileName, r.FileName, kProfileNameSize);
-    full.iNum = kProfileSlots;
-    constexpr size_t kLongestArgument = 131071;
-    std::string text = listFileText(full, full, full);
-    EXPECT_GE(listFilePieces(text).size(), 5u);
-    for (std::string_view piece : listFilePieces(text))
-        EXPECT_LE(piece.size(), kLongestArgument);
-}
-
-TEST(FileUrl, EscapesWhatAPathMayHoldAndAUrlMayNot)
-{
-    EXPECT_EQ(fileUrl("/Library/Printers/x.plist"), "file:///Library/Printers/x.plist");
-    EXPECT_EQ(fileUrl("/a b%2F?#\xC3\xA9/c"), "file:///a%20b%252F%3F%23%C3%A9/c");
 }
 
 TEST_F(HelperChannel, TheMarkerCountsAnywhereInTheReplyAndTheExitStatusDoesNot)
@@ -101,45 +78,40 @@ TEST_F(HelperChannel, TheMarkerCountsAnywhereInTheReplyAndTheExitStatusDoesNot)
 
 TEST_F(HelperChannel, AHelperThatCannotRunIsAFailure)
 {
+    const std::filesystem::path program = helperExecutable();
     EXPECT_EQ(helperReply({"c"}), std::nullopt) << "missing";
-    EXPECT_EQ(VelPListIsAdminProfile(), 0);
     installHelper(kSayTrue);
-    std::filesystem::permissions(helperExecutable(), std::filesystem::perms(0644));
+    EXPECT_EQ(helperReply({"c", std::string(140000, 'x')}), std::nullopt) << "too long for the system";
+    std::filesystem::permissions(program, std::filesystem::perms(0644));
     EXPECT_EQ(helperReply({"c"}), std::nullopt) << "not executable";
-    std::filesystem::permissions(helperExecutable(), std::filesystem::perms(0755));
-    EXPECT_EQ(helperReply({"c", std::string(140000, 'x')}), std::nullopt)
-        << "an argument too long for the system";
-    EXPECT_TRUE(commands().empty());
-    std::filesystem::remove(helperExecutable());
-    std::filesystem::create_directory(helperExecutable());
+    std::filesystem::remove(program);
+    std::filesystem::create_directory(program);
     EXPECT_EQ(helperReply({"c"}), std::nullopt) << "a folder";
-    std::filesystem::remove(helperExecutable());
-    sandbox.write(std::filesystem::path(helperExecutable()).lexically_relative(sandbox.path()), "\x7F"
-                                                                                                "ELF");
-    std::filesystem::permissions(helperExecutable(), std::filesystem::perms(0755));
-    EXPECT_EQ(helperReply({"c"}), std::nullopt) << "not a program";
+    EXPECT_EQ(VelPListIsAdminProfile(), 0);
+    EXPECT_EQ(commands(), "");
 }
 
 TEST_F(HelperChannel, TheFirstFailedPieceStopsTheWriteAndNoRenameFollows)
 {
-    std::string threePieces(200000, 'a');
-    installHelper("[ $n = 2 ] || echo \"$1=TRUE\"");
-    EXPECT_EQ(sendListFile(threePieces), -1);
-    EXPECT_EQ(commands(), (std::vector<std::string>{kPiece, kPiece}));
-
-    std::filesystem::remove(sandbox / "commands");
-    installHelper(kSayTrue);
-    EXPECT_EQ(sendListFile(threePieces), 0);
-    EXPECT_EQ(commands(), (std::vector<std::string>{kPiece, kPiece, kPiece, kRename}));
-    EXPECT_EQ(
-        arguments(4).substr(arguments(4).size() - (kRename + "|" + fileUrl(currentListPath()) + "|").size()),
-        kRename + "|" + fileUrl(currentListPath()) + "|");
-
-    std::filesystem::remove(sandbox / "commands");
-    EXPECT_EQ(sendListFile("\xFF"), 0) << "no text, no pieces: only the rename is sent";
-    EXPECT_EQ(commands(), (std::vector<std::string>{kRename}));
-    installHelper("[ \"$1\" = " + kRename + " ] || echo \"$1=TRUE\"");
-    EXPECT_EQ(sendListFile("<?xml?>"), -1);
+    const struct {
+        std::string text, answer;
+        int32_t result;
+        std::string commands;
+    } rows[] = {
+        {std::string(200000, 'a'), "[ $n = 2 ] || echo \"$1=TRUE\"", -1, kPiece + kPiece},
+        {std::string(200000, 'a'), kSayTrue, 0, kPiece + kPiece + kPiece + kRename},
+        {"\xFF", kSayTrue, 0, kRename}, // no text, no pieces
+        {"<?xml?>", "[ $n = 2 ] || echo \"$1=TRUE\"", -1, kPiece + kRename},
+    };
+    for (const auto& [text, answer, result, expected] : rows) {
+        std::filesystem::remove(sandbox / "commands");
+        std::filesystem::remove(sandbox / "arguments.1");
+        installHelper(answer);
+        EXPECT_EQ(sendListFile(text), result);
+        EXPECT_EQ(commands(), expected);
+    }
+    EXPECT_EQ(arguments(1), "writeDataToPlistFile_XPC|" + fileUrl(currentListPath()) + "|<?xml?>|");
+    EXPECT_EQ(fileUrl("/a b%2F?#\xC3\xA9/c"), "file:///a%20b%252F%3F%23%C3%A9/c");
 }
 
 TEST_F(HelperChannel, TheHelperInheritsNothingItShouldNot)
@@ -182,16 +154,13 @@ TEST_F(HelperChannel, AHostThatIgnoresItsChildrenOrHasNoDescriptorsIsServedToo)
     EXPECT_TRUE(helperConfirms({"c"}));
     signal(SIGCHLD, handler);
     for (int closed : {1, 2, 4, 7}) {
-        pid_t child = fork();
-        if (child == 0) {
+        auto ask = [&] {
             for (int file = 0; file < 3; ++file)
                 if (closed & (1 << file))
                     close(file);
             _exit(helperConfirms({"c"}) ? 0 : 1);
-        }
-        int status = -1;
-        EXPECT_EQ(waitpid(child, &status, 0), child);
-        EXPECT_EQ(status, 0) << "closed: " << closed;
+        };
+        EXPECT_EXIT(ask(), testing::ExitedWithCode(0), "") << "closed: " << closed;
     }
     rlimit limit{}, none{};
     getrlimit(RLIMIT_NOFILE, &limit);

@@ -1,23 +1,16 @@
 #include "ListFixture.h"
 
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <thread>
-
 namespace {
 
 class HostileListFile : public ListFixture {
 protected:
-    /// Reads the file; a result other than -1 must be lists that follow the rules.
-    int32_t readChecked()
+    /// Reads the file as it is now; a result other than -1 must be lists that follow the rules.
+    int32_t read()
     {
-        for (int i = 0; i < kProfileListCount; ++i)
-            lists[i] = {};
+        std::fill_n(lists.get(), kProfileListCount, ProfileList{});
         int32_t result = readAll();
         for (int i = 0; i < kProfileListCount; ++i) {
-            EXPECT_GE(lists[i].iNum, 0);
-            EXPECT_LE(lists[i].iNum, kProfileSlots);
+            EXPECT_TRUE(lists[i].iNum >= 0 && lists[i].iNum <= kProfileSlots) << lists[i].iNum;
             for (const ProfileRecord& r : lists[i].records)
                 EXPECT_EQ(r.FileName[kProfileNameSize - 1] | r.ProfileName[kProfileNameSize - 1], 0);
         }
@@ -27,7 +20,7 @@ protected:
     int32_t readText(const std::string& text)
     {
         writeListFile(text);
-        return readChecked();
+        return read();
     }
 };
 
@@ -61,63 +54,48 @@ TEST_F(HostileListFile, DocumentsThatAreNoListFileAreRefused)
           fileWithRgb(classEntries(kGoodSlot, "<key>FileName0000</key><string>\xFF</string>")),
           std::string(kLongestListFile, ' ') + body, std::string("\xFF\xFE<\0p\0", 6)})
         EXPECT_EQ(readText(text), -1) << text.substr(0, 60);
+    for (int levels : {4, 1000000})
+        EXPECT_EQ(readText("<plist><dict><key>RGB</key>" + repeated("<array>", levels) +
+                           repeated("</array>", levels) + "</dict></plist>"),
+                  -1);
     EXPECT_EQ(readText("\xEF\xBB\xBF" + good), 0) << "a byte order mark";
     EXPECT_EQ(readText("<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"x.dtd\">" + body), 0);
 }
 
-TEST_F(HostileListFile, NestingIsRefusedOnASmallStack)
+TEST_F(HostileListFile, ValuesOfAnotherTypeOrSizeCountAsAbsent)
 {
-    pthread_attr_t small;
-    pthread_attr_init(&small);
-    pthread_attr_setstacksize(&small, 512 * 1024);
-    for (int levels : {6, 100, 10000, 400000}) {
-        writeListFile("<plist><dict><key>RGB</key>" + repeated("<array>", levels) +
-                      repeated("</array>", levels) + "</dict></plist>");
-        pthread_t thread;
-        auto run = [](void* lists) -> void* {
-            ProfileList* list = static_cast<ProfileList*>(lists);
-            EXPECT_EQ(VelPListReadProfile_Dict(list, kRgbList), -1);
-            return nullptr;
-        };
-        ASSERT_EQ(pthread_create(&thread, &small, run, lists.get()), 0);
-        pthread_join(thread, nullptr);
-    }
-    pthread_attr_destroy(&small);
-}
-
-TEST_F(HostileListFile, IntegersThatDoNotFitAreNoEntries)
-{
-    for (const char* text : {"99999999999999999999999999", "-9223372036854775809", "4294967297", "2147483648",
-                             "0x3", "3abc", "", "  ", "3.0", "--3", "3 4"}) {
+    auto integer = [](const std::string& text) { return "<integer>" + text + "</integer>"; };
+    const struct {
+        std::string value;
+        int32_t number;
+        const char* name;
+    } rows[] = {
+        {integer("3"), 3, ""},
+        {integer("\n -2147483648 "), INT32_MIN, ""},
+        {integer("2147483648"), 0, ""},
+        {integer("-9223372036854775809"), 0, ""},
+        {integer("4294967297"), 0, ""},
+        {integer("0x3"), 0, ""},
+        {integer("3abc"), 0, ""},
+        {integer(""), 0, ""},
+        {integer("--3"), 0, ""},
+        {integer("3 4"), 0, ""},
+        {"<string>3</string>", 0, "3"},
+        {"<real>3</real>", 0, ""},
+        {"<data>Aw==</data>", 0, ""},
+        {"<true/>", 0, ""},
+        {"<dict/>", 0, ""},
+    };
+    for (const auto& [value, number, name] : rows) {
         ASSERT_EQ(readText(fileWithRgb(
-                      classEntries("<key>InMenu0000</key><integer>" + std::string(text) + "</integer>"))),
+                      classEntries("<key>InMenu0000</key>" + value, "<key>FileName0000</key>" + value))),
                   0);
-        EXPECT_EQ(rgb().records[0].InMenu, 0) << text;
-    }
-    ASSERT_EQ(readText(fileWithRgb(classEntries("<key>InMenu0000</key><integer>\n -2147483648 </integer>"))),
-              0);
-    EXPECT_EQ(rgb().records[0].InMenu, INT32_MIN);
-}
-
-TEST_F(HostileListFile, WrongTypesCountAsAbsent)
-{
-    const std::string types[] = {"<string>3</string>", "<integer>3</integer>", "<real>3</real>", "<true/>",
-                                 "<date>x</date>",     "<data>Aw==</data>",    "<array/>",       "<dict/>"};
-    for (const std::string& type : types) {
-        bool integer = type.find("integer") != std::string::npos,
-             string = type.find("string") != std::string::npos;
-        ASSERT_EQ(readText(fileWithRgb(
-                      classEntries("<key>InMenu0000</key>" + type, "<key>FileName0000</key>" + type))),
-                  0);
-        EXPECT_EQ(rgb().records[0].InMenu, integer ? 3 : 0) << type;
-        EXPECT_EQ(nameText(rgb().records[0].FileName), string ? "3" : "") << type;
-        int32_t asClass = type == "<dict/>" ? 0 : -1;
-        std::string good = fileWithRgb(classEntries(""));
-        size_t at = good.find("<key>Location</key><dict/>");
-        EXPECT_EQ(readText(good.substr(0, at) + "<key>Location</key>" + type + good.substr(at + 26)), asClass)
-            << type;
-        EXPECT_EQ(readText("<plist><dict><key>RGB</key>" + type + "</dict></plist>"), -1) << type;
-        EXPECT_EQ(readText("<plist>" + type + "</plist>"), -1) << type;
+        EXPECT_EQ(rgb().records[0].InMenu, number) << value;
+        EXPECT_EQ(nameText(rgb().records[0].FileName), name) << value;
+        std::string file = fileWithRgb(classEntries(""));
+        size_t at = file.find("<key>Location</key><dict/>");
+        EXPECT_EQ(readText(file.replace(at + 19, 7, value)), value == "<dict/>" ? 0 : -1) << value;
+        EXPECT_EQ(readText("<plist>" + value + "</plist>"), -1) << value;
     }
 }
 
@@ -158,38 +136,22 @@ TEST_F(HostileListFile, OddStringsAreReadSafelyAndWrittenAgain)
     }
 }
 
-TEST_F(HostileListFile, TruncatedOrDamagedFilesGiveAFailureOrAValidList)
+TEST_F(HostileListFile, ATruncatedFileIsRefusedWhereverItEnds)
 {
     std::string good =
         fileWithRgb(classEntries(kGoodSlot, "<key>FileName0000</key><string>a&amp;b.icc</string>"));
     for (size_t length = 0; length < good.size(); ++length)
         EXPECT_EQ(readText(good.substr(0, length)), -1) << length;
-    for (size_t bit = 0; bit < good.size() * 8; bit += 3) {
-        std::string damaged = good;
-        damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << (bit % 8)));
-        int32_t result = readText(damaged);
-        EXPECT_TRUE(result == 0 || result == -1);
-    }
 }
 
 TEST_F(HostileListFile, WhatIsNoOrdinaryFileIsRefusedWithoutWaiting)
 {
     std::filesystem::create_directories(preferencesFolder());
-    const std::string path = currentListPath();
-    EXPECT_EQ(readChecked(), -1) << "missing";
-    ASSERT_EQ(mkfifo(path.c_str(), 0644), 0);
-    EXPECT_EQ(readChecked(), -1) << "FIFO";
-    std::filesystem::remove(path);
-    std::filesystem::create_directory(path);
-    EXPECT_EQ(readChecked(), -1) << "folder";
-    std::filesystem::remove(path);
-    std::filesystem::create_symlink("/dev/zero", path);
-    EXPECT_EQ(readChecked(), -1) << "device";
-    std::filesystem::remove(path);
-    std::filesystem::create_symlink(path, path);
-    EXPECT_EQ(readChecked(), -1) << "link to itself";
-    std::filesystem::remove(path);
-    writeListFile("<plist>");
-    std::filesystem::resize_file(path, 10ull << 30);
-    EXPECT_EQ(readChecked(), -1) << "10 GB of nothing";
+    EXPECT_EQ(read(), -1) << "missing";
+    for (const char* made :
+         {"mkfifo $0", "mkdir $0", "ln -s /dev/zero $0", "ln -s $0 $0", "truncate -s 10G $0"}) {
+        EXPECT_EQ(runProcess({"sh", "-c", made, currentListPath()}).status, 0);
+        EXPECT_EQ(read(), -1) << made;
+        std::filesystem::remove(currentListPath());
+    }
 }

@@ -7,10 +7,10 @@
 #include "support/Process.h"
 #include "support/Sandbox.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -38,14 +38,8 @@ protected:
         std::filesystem::permissions(program, std::filesystem::perms(0755));
     }
 
-    std::vector<std::string> commands() const
-    {
-        std::istringstream log(readFile(sandbox / "commands"));
-        std::vector<std::string> names;
-        for (std::string name; std::getline(log, name);)
-            names.push_back(name);
-        return names;
-    }
+    /// The names of the commands so far, a line each.
+    std::string commands() const { return readFile(sandbox / "commands"); }
 
     /// The arguments of the `n`th command (from 1), each followed by "|".
     std::string arguments(int n) const { return readFile(sandbox / ("arguments." + std::to_string(n))); }
@@ -75,18 +69,16 @@ inline ProfileRecord record(int32_t inMenu, const std::string& fileName = "", in
 inline ProfileList listOf(const std::vector<ProfileRecord>& records)
 {
     ProfileList list{};
-    for (const ProfileRecord& one : records) {
-        list.records[list.iNum] = one;
-        ++list.iNum;
-    }
+    std::copy(records.begin(), records.end(), list.records);
+    list.iNum = static_cast<int32_t>(records.size());
     return list;
 }
 
 inline std::vector<int32_t> codes(const ProfileList& list, int count)
 {
     std::vector<int32_t> result;
-    for (int i = 0; i < count; ++i)
-        result.push_back(list.records[i].InMenu);
+    std::transform(list.records, list.records + count, std::back_inserter(result),
+                   [](const ProfileRecord& one) { return one.InMenu; });
     return result;
 }
 

@@ -1,21 +1,10 @@
 #include "ListFixture.h"
 
-#include <sys/inotify.h>
-#include <unistd.h>
+#include <fstream>
 
 namespace {
 
-class ProfileListFile : public ListFixture {
-protected:
-    int32_t countAfterReading(const std::string& inMenu, const std::string& iNum)
-    {
-        writeListFile(fileWithRgb(
-            classEntries(inMenu, "", iNum.empty() ? "" : "<key>iNum</key><integer>" + iNum + "</integer>")));
-        rgb() = {};
-        EXPECT_EQ(readAll(), 0);
-        return rgb().iNum;
-    }
-};
+class ProfileListFile : public ListFixture {};
 
 std::string slots(std::initializer_list<int> used)
 {
@@ -32,15 +21,23 @@ std::string slots(std::initializer_list<int> used)
 
 TEST_F(ProfileListFile, CountFollowsTheUsedSlotsAndWhatLiesBehindAHoleIsLost)
 {
-    EXPECT_EQ(countAfterReading(slots({0, 1}), ""), 2);
-    EXPECT_EQ(countAfterReading(slots({0, 1}), "400"), 2);
-    EXPECT_EQ(countAfterReading(slots({0, 1}), "-1"), 2);
-    EXPECT_EQ(countAfterReading(slots({0, 1}), "1000000000"), 2);
-    EXPECT_EQ(countAfterReading(slots({0, 2}), "3"), 2);
-    EXPECT_EQ(codes(rgb(), 3), (std::vector<int32_t>{3, 0, 0}));
-    EXPECT_EQ(countAfterReading(slots({0, 2}), "2"), 2) << "an agreeing count changes nothing";
-    EXPECT_EQ(codes(rgb(), 3), (std::vector<int32_t>{3, 0, 3}));
-    EXPECT_EQ(countAfterReading("", ""), 0);
+    const struct {
+        std::initializer_list<int> used;
+        const char* count;
+        std::vector<int32_t> codes;
+    } rows[] = {
+        {{0, 1}, "", {3, 3, 0}},  {{0, 1}, "400", {3, 3, 0}}, {{0, 1}, "-1", {3, 3, 0}},
+        {{0, 2}, "3", {3, 0, 0}}, {{0, 2}, "2", {3, 0, 3}}, // an agreeing count changes nothing
+        {{}, "", {0, 0, 0}},
+    };
+    for (const auto& [used, count, expected] : rows) {
+        std::string entry = "<key>iNum</key><integer>" + std::string(count) + "</integer>";
+        writeListFile(fileWithRgb(classEntries(slots(used), "", *count == '\0' ? "" : entry)));
+        rgb() = {};
+        EXPECT_EQ(readAll(), 0);
+        EXPECT_EQ(rgb().iNum, static_cast<int32_t>(used.size()));
+        EXPECT_EQ(codes(rgb(), 3), expected) << count;
+    }
 }
 
 TEST_F(ProfileListFile, ReadsBackWhatItWroteButForTheSeventhColumn)
@@ -61,14 +58,16 @@ TEST_F(ProfileListFile, ReadsBackWhatItWroteButForTheSeventhColumn)
     EXPECT_EQ(nameText(dst().records[0].ProfileName), "Profile 3");
 }
 
-TEST_F(ProfileListFile, AFieldWithoutEntryIsLeftAsItWas)
+TEST_F(ProfileListFile, AFieldWithoutEntryIsLeftAsItWasAndThereIsNoSlot500)
 {
-    writeListFile(fileWithRgb(classEntries(slots({0}))));
+    writeListFile(fileWithRgb(classEntries(slots({0}) + "<key>InMenu0500</key><integer>-1</integer>")));
     rgb().records[0] = record(0, "before.icc");
+    sim() = listOf({record(3), record(3)});
     rgb().iNum = 1;
     ASSERT_EQ(readAll(), 0);
     EXPECT_EQ(rgb().records[0].InMenu, 3);
     EXPECT_EQ(nameText(rgb().records[0].FileName), "before.icc");
+    EXPECT_EQ(codes(sim(), 3), (std::vector<int32_t>{3, 3, 0})) << "written past the list before it";
 }
 
 TEST_F(ProfileListFile, PythonReadsFiveHundredEntriesInEveryField)
@@ -89,84 +88,54 @@ TEST_F(ProfileListFile, PythonReadsFiveHundredEntriesInEveryField)
     EXPECT_EQ(result.out, counts + "]\n" + std::string(29, 'x') + " ''\n") << result.err;
 }
 
-TEST_F(ProfileListFile, NamesAreCutAt31BytesAndTheirRestSurvivesTheNextWrite)
+TEST_F(ProfileListFile, NamesHave31BytesAndWhatIsNoTextIsLeftOutOfTheFileAndNothingElseIs)
 {
-    struct {
-        std::string name, stored;
-    } rows[] = {
-        {std::string(40, 'a'), std::string(31, 'a')},
+    const std::string long31(31, 'a'), japanese = "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E";
+    const std::pair<std::string, std::string> rows[] = {
+        {long31, long31},
+        {long31 + "a", long31}, // fills the field, without a terminator
         {std::string(30, 'a') + "\xC3\xA9", std::string(30, 'a')},
         {std::string(29, 'a') + "\xF0\x9F\x8E\xA8", std::string(29, 'a')},
-        {"\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E", "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E"},
+        {japanese, japanese},
+        {"\xFF\xFE.icc", ""},
+        {"B\xFCro.icc", ""},
+        {"bell\x07.icc", ""},
+        {"\xED\xA0\x80", ""},
+        {"\x80", ""},
+        {"\xEF\xBF\xBF", ""},
     };
-    for (auto& [name, stored] : rows) {
-        writeListFile(
-            fileWithRgb(classEntries(slots({0}), "<key>FileName0000</key><string>" + name + "</string>")));
-        rgb() = {};
-        ASSERT_EQ(readAll(), 0);
-        EXPECT_EQ(nameText(rgb().records[0].FileName), name.substr(0, 31));
-        writeListFile(listFileText(rgb(), sim(), dst()));
-        rgb() = {};
-        ASSERT_EQ(readAll(), 0);
-        EXPECT_EQ(nameText(rgb().records[0].FileName), stored);
-        EXPECT_EQ(rgb().records[0].InMenu, 3);
-    }
-}
-
-TEST_F(ProfileListFile, ANameThatIsNoTextIsLeftOutOfTheFileAndNothingElseIs)
-{
-    for (const char* name :
-         {"\xFF\xFE.icc", "B\xFCro.icc", "bell\x07.icc", "\xED\xA0\x80", "\x80", "\xEF\xBF\xBF"}) {
-        ProfileRecord bad = record(6, name);
-        writeListFile(listFileText(listOf({bad, record(4)}), ProfileList{}, ProfileList{}));
+    for (const auto& [name, stored] : rows) {
+        ProfileRecord odd = record(6);
+        setNameText(odd.FileName, name, kProfileNameSize);
+        EXPECT_EQ(nameText(odd.FileName), name.substr(0, kProfileNameSize));
+        writeListFile(listFileText(listOf({odd, record(4)}), {}, {}));
+        EXPECT_EQ(readFile(currentListPath()).find(std::string(32, 'a')), std::string::npos);
         rgb() = {};
         ASSERT_EQ(readAll(), 0) << name;
-        EXPECT_EQ(nameText(rgb().records[0].FileName), "");
+        EXPECT_EQ(nameText(rgb().records[0].FileName), stored);
         EXPECT_EQ(nameText(rgb().records[0].ProfileName), "Profile 6");
         EXPECT_EQ(nameText(rgb().records[1].FileName), "file4.icc");
-        EXPECT_EQ(rgb().iNum, 2);
+        if (stored.empty())
+            continue;
+        writeListFile(
+            fileWithRgb(classEntries(slots({0}), "<key>FileName0000</key><string>" + name + "</string>")));
+        ASSERT_EQ(readAll(), 0);
+        EXPECT_EQ(nameText(rgb().records[0].FileName), name.substr(0, 31)) << "cut inside a character too";
     }
-    ProfileRecord unterminated = record(6);
-    memset(unterminated.ProfileName, 'p', kProfileNameSize);
-    writeListFile(listFileText(listOf({unterminated}), ProfileList{}, ProfileList{}));
-    ASSERT_EQ(readAll(), 0);
-    EXPECT_EQ(nameText(rgb().records[0].ProfileName), std::string(31, 'p'));
 }
 
-TEST_F(ProfileListFile, EachVersionOfTheFileIsOpenedOnce)
+TEST_F(ProfileListFile, AChangeInPlaceInTheSameInstantIsSeen)
 {
-    writeListFile(listFileText(listOf({record(3)}), ProfileList{}, ProfileList{}));
-    sleepMilliseconds(50); // past the clock tick of the write
-    int watch = inotify_init1(IN_NONBLOCK);
-    ASSERT_GE(inotify_add_watch(watch, currentListPath().c_str(), IN_OPEN), 0);
-    for (int row = 0; row < 7; ++row)
-        ASSERT_EQ(VelPListReadProfile_Dict(&lists[row % 3], row % 3), 0);
-    char events[4096];
-    EXPECT_EQ(read(watch, events, sizeof events), static_cast<ssize_t>(sizeof(inotify_event)));
-    close(watch);
-}
-
-TEST_F(ProfileListFile, AChangeOfTheSameLengthInTheSameInstantIsSeen)
-{
+    const std::string text = fileWithRgb(classEntries("<key>InMenu0000</key><integer>1</integer>"));
+    writeListFile(text);
+    std::fstream file(currentListPath());
     for (int round = 0; round < 50; ++round) {
         int32_t code = 1 + round % 6;
-        writeListFile(fileWithRgb(
-            classEntries("<key>InMenu0000</key><integer>" + std::to_string(code) + "</integer>")));
-        rgb() = {};
+        file.seekp(static_cast<std::streamoff>(text.find("1</integer>"))) << code << std::flush;
         ASSERT_EQ(readAll(), 0);
         ASSERT_EQ(rgb().records[0].InMenu, code);
     }
     std::filesystem::remove(currentListPath());
     EXPECT_EQ(readAll(), -1);
-}
-
-TEST_F(ProfileListFile, ListPathsFollowTheLoginNameAndAreCutAt254Bytes)
-{
-    std::string folder =
-        sandbox.path().string() + "/Library/Printers/QUORVEX/Preferences/vendor.quorvex.printers.R4270/";
-    EXPECT_EQ(currentListPath("anna"), folder + "anna-R4270-profile.plist");
-    EXPECT_EQ(previousListPath("anna"), folder + "anna-R4270-profile.prev.plist");
-    EXPECT_EQ(currentListPath(), currentListPath(loginName()));
     EXPECT_EQ(currentListPath(std::string(300, 'n')).size(), sandbox.path().string().size() + 254);
-    EXPECT_EQ(currentListPath(""), "");
 }
