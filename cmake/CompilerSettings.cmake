@@ -7,7 +7,9 @@ target_compile_options(pde_settings INTERFACE -Wall -Wextra -Wshadow -Wconversio
     -Wno-deprecated-declarations)
 target_include_directories(pde_settings INTERFACE ${CMAKE_SOURCE_DIR}/PDE_COL/Source)
 if(PDE_SANITIZE)
-    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    # With what guides the fuzz targets, so that they and the tests share one build.
+    add_compile_options(-fsanitize=address,undefined,fuzzer-no-link -fno-sanitize-recover=undefined
+        -fno-omit-frame-pointer -O1)
     add_link_options(-fsanitize=address,undefined)
 elseif(NOT APPLE)
     add_compile_options($<$<CONFIG:Release,RelWithDebInfo>:-D_FORTIFY_SOURCE=2> -fstack-protector-strong)

@@ -1,21 +1,14 @@
+#include "Fuzz.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileName.h"
 #include "profiles/ProfilePath.h"
 
-#include <cstdint>
-#include <cstdlib>
 #include <memory>
 
 // Whatever is in a list file: reading it gives lists that follow the rules, and what is written from those is
 // a list file again that reads as the same lists, but for names that cannot be written as they are.
 
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        abort();
-}
 
 void readLists(const std::string& text, ProfileList (&lists)[kProfileListCount])
 {
@@ -42,7 +35,7 @@ void requireSame(const ProfileRecord& written, const ProfileRecord& read)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    std::string text(reinterpret_cast<const char*>(data), size);
+    std::string text = textOf(data, size);
     auto document = PropertyListDocument::parse(text);
     if (!document)
         return 0;
