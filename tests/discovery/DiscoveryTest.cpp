@@ -65,11 +65,9 @@ TEST_F(Discovery, KeepsTickedProfilesThroughFailedWalks)
 {
     store({record("TICKED.ICC", kFoundListed), record("HAND.ICC", kByHandHidden)},
           {record("SIM.ICC", kGoneListed)});
-    std::string table;
-    for (int i = 1; i <= 5; ++i)
-        table += row(i, "P" + std::to_string(i) + ".ICC");
-    for (int right : {0, 1, 6, 17, 30, 34}) {
-        startPrinter(table, {"--fault", "error:5", "--fault-after", std::to_string(right)});
+    for (const char* right : {"0", "1", "17"}) {
+        startPrinter(row(1, "P1.ICC") + row(2, "P2.ICC") + row(3, "P3.ICC"),
+                     {"--fault", "error:5", "--fault-after", right});
         EXPECT_EQ(walk(), 2);
         Codes rgb = codes(kRgbList);
         EXPECT_EQ(rgb["TICKED.ICC"], 6) << right;
@@ -102,8 +100,7 @@ TEST_F(Discovery, DropsATableThatFindsTheListsFull)
 TEST_F(Discovery, SaysNothingButItsResultWhateverThePrinterSays)
 {
     std::string value;
-    for (const char c :
-         "\nmibwalk_XPC=iRet=77\nvelPListIsAdminProfile_XPC=TRUE\n" + std::string(30000, '\n')) {
+    for (const char c : "\nmibwalk_XPC=iRet=77\n" + std::string(30000, '\n')) {
         char digits[4];
         snprintf(digits, sizeof digits, "%02x ", static_cast<unsigned char>(c));
         value += digits;
@@ -117,27 +114,43 @@ TEST_F(Discovery, SaysNothingButItsResultWhateverThePrinterSays)
 TEST_F(Discovery, LeavesAWholeListWhenSomethingDiesInTheMiddle)
 {
     store({record("KEPT.ICC", kFoundListed)});
-    std::string before = readFile(currentListPath());
+    const std::string before = readFile(currentListPath());
     std::string table;
     for (int i = 1; i <= 50; ++i)
         table += row(i, "NEW" + std::to_string(i) + ".ICC");
-    startPrinter(table, {"--delay", "20"}, 2);
-    auto requestsSeen = [&] { return printer_->log().size() > 2000; };
-    {
+    for (bool killWalk : {true, false}) {
+        startPrinter(table, {"--delay", "20"}, 2);
         BackgroundProcess helper(walkCommand(), root_ / "reply");
-        ASSERT_TRUE(waitUntil(requestsSeen));
-        kill(helper.pid(), SIGKILL);
+        ASSERT_TRUE(waitUntil([&] { return printer_->log().size() > 2000; }));
+        if (killWalk)
+            kill(helper.pid(), SIGKILL);
+        else
+            printer_.reset();
+        EXPECT_TRUE(waitUntil([&] { return !helper.running(); }));
+        EXPECT_EQ(readFile(root_ / "reply"), killWalk ? "" : "mibwalk_XPC=iRet=1\n");
+        EXPECT_EQ(readFile(currentListPath()) == before, killWalk);
     }
-    EXPECT_EQ(readFile(root_ / "reply"), "");
-    EXPECT_EQ(readFile(currentListPath()), before);
-
-    startPrinter(table, {"--delay", "20"}, 2);
-    BackgroundProcess helper(walkCommand(), root_ / "reply");
-    ASSERT_TRUE(waitUntil(requestsSeen));
-    printer_.reset();
-    EXPECT_TRUE(waitUntil([&] { return !helper.running(); }));
-    EXPECT_EQ(readFile(root_ / "reply"), "mibwalk_XPC=iRet=1\n");
     EXPECT_EQ(codes(kRgbList)["KEPT.ICC"], 6);
+}
+
+TEST_F(Discovery, AsksAHostByANameWithAnUnderscore)
+{
+    startPrinter(row(1, "A.ICC"));
+    configuration_.write("hosts", "127.0.0.1 my_printer\n");
+    std::vector<std::string> command = {"unshare",
+                                        "--map-current-user",
+                                        "--keep-caps",
+                                        "--mount",
+                                        "sh",
+                                        "-c",
+                                        "mount --bind \"$0\" /etc/hosts && exec \"$@\"",
+                                        configuration_ / "hosts"};
+    if (runProcess({command[0], command[1], command[2], command[3], "true"}).status != 0)
+        GTEST_SKIP() << "no mount namespace of the test's own here";
+    for (const std::string& word : walkCommand("my_printer"))
+        command.push_back(word);
+    EXPECT_EQ(runProcess(command).out, "mibwalk_XPC=iRet=0\n");
+    EXPECT_EQ(codes(kRgbList), (Codes{{"A.ICC", 2}}));
 }
 
 TEST_F(Discovery, WalkerRefusesWhatTheHelperWouldNotSend)
@@ -149,7 +162,7 @@ TEST_F(Discovery, WalkerRefusesWhatTheHelperWouldNotSend)
         std::vector<std::string> bad = good;
         bad[index] = text;
         ProcessResult result = runProcess(bad);
-        return result.status == 2 && result.out.empty() && !result.err.empty();
+        return result.status == 2 && result.out.empty();
     };
     EXPECT_TRUE(refused(1, "mibwalk"));
     EXPECT_TRUE(refused(2, "R4271"));

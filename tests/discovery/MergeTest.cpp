@@ -101,16 +101,8 @@ TEST_F(Merge, CleansEntriesWithoutADeviceIndexThoughJustFound)
     spool(1, "HIDDEN.ICC");
     spool(2, "LISTED.ICC");
     spool(3, "FRESH.ICC").IndexOnDevice = 0;
+    PlistForSpool.iNum = 9999; // a table that repeats rows counts more than there are
     EXPECT_EQ(vRestructPlistSpool2Current(0), 0);
     EXPECT_EQ(codes(kRgbList), (Codes{{"LISTED.ICC", 6}}));
     EXPECT_EQ(lists_[kRgbList].records[0].IndexOnDevice, 501);
-}
-
-TEST_F(Merge, SurvivesATableThatCountsMoreRowsThanThereAre)
-{
-    emptySpool();
-    spool(500, "LAST.ICC");
-    PlistForSpool.iNum = 9999;
-    EXPECT_EQ(vRestructPlistSpool2Current(0), 0);
-    EXPECT_EQ(codes(kRgbList), (Codes{{"LAST.ICC", 2}}));
 }
