@@ -18,5 +18,6 @@ PDE_DECLARE_CLASS(ControlTableView);
 PDE_DECLARE_CLASS(ColorOptions);
 PDE_DECLARE_CLASS(AdvancedColorOptions);
 PDE_DECLARE_CLASS(ProfileControl);
+PDE_DECLARE_CLASS(ProfileTableView);
 PDE_DECLARE_CLASS(VelTextField);
 PDE_DECLARE_CLASS(IconedCell);

@@ -149,4 +149,10 @@
     compTable = nullptr;
 }
 
+// What the dialog of macOS sends in place of `terminate`. The argument is not looked at.
+- (void)printWindowWillClose:(id)sender
+{
+    [self terminate];
+}
+
 @end

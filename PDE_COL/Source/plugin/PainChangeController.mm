@@ -29,7 +29,10 @@ static const SInt16 kQuickColorCustom = 3;
 
 - (void)show:(ControlTableView*)view inPlaceOf:(NSView*)other
 {
-    [view setViewBounds:onMainCustomView != nil ? [onMainCustomView bounds] : NSZeroRect];
+    NSRect bounds = onMainCustomView != nil ? [onMainCustomView bounds] : NSZeroRect;
+    // The container may have got another size while the view was not in it.
+    [view setFrame:bounds];
+    [view setViewBounds:bounds];
     [onMainCustomView addSubview:view];
     [onMainCustomView replaceSubview:other with:view];
 }

@@ -41,5 +41,7 @@
 /// Lets the advanced settings follow the Quick Color preset and writes them. Always YES.
 - (BOOL)shouldPrint;
 - (void)PPDOptionKeyValueDidChange:(NSString*)optionKey ppdChoice:(NSString*)choice;
+/// The panel is done with; either is enough, and both are one.
 - (void)terminate;
+- (void)printWindowWillClose:(id)sender;
 @end

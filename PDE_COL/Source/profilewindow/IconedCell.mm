@@ -6,15 +6,13 @@
 {
     static const CGFloat kIconSize = 16;
     static const CGFloat kIconInset = 3;
-    NSImage* image = [self image];
-    if (image == nil)
-        return;
-    [image setScalesWhenResized:YES];
-    [image setSize:NSMakeSize(kIconSize, kIconSize)];
-    NSPoint origin = NSMakePoint(NSMinX(cellFrame) + kIconInset, NSMinY(cellFrame));
-    if ([controlView isFlipped])
-        origin.y += kIconSize;
-    [image compositeToPoint:origin operation:NSCompositeSourceOver];
+    [[self image]
+            drawInRect:NSMakeRect(NSMinX(cellFrame) + kIconInset, NSMinY(cellFrame), kIconSize, kIconSize)
+              fromRect:NSZeroRect
+             operation:NSCompositeSourceOver
+              fraction:1
+        respectFlipped:YES
+                 hints:nil];
 }
 
 @end

@@ -5,7 +5,7 @@
 #include "profiles/ProfileName.h"
 #include "profilewindow/KeyFilters.h"
 
-#import <objc/runtime.h>
+#include <initializer_list>
 
 @implementation ProfileControl (Editing)
 
@@ -23,7 +23,7 @@
 {
     [_profileMenu setEnabled:NO];
     [self vHandlingButtonSetDisable:NO edit:NO delete:NO];
-    buttonIdentify = mode;
+    [self setEditMode:mode];
     [_profileManagementWindow makeFirstResponder:field];
 }
 
@@ -41,7 +41,8 @@
     BOOL custom = [self isCustomProfile];
     [self vProfileSettingsAllEnablePart];
     if (custom) {
-        for (id control in @[ _fileNameText, _locationText, _fileNameEdit, _locationMenu, _browse ])
+        for (NSControl* control : std::initializer_list<NSControl*>{_fileNameText, _locationText,
+                                                                    _fileNameEdit, _locationMenu, _browse})
             [control setEnabled:NO];
     }
     [self beginEdit:kEditing inField:custom ? _profileNameEdit : _fileNameEdit];
@@ -50,9 +51,10 @@
 - (IBAction)browseButton:(id)sender
 {
     NSOpenPanel* panel = [NSOpenPanel openPanel];
-    NSInteger answer = [panel runModalForDirectory:@(profileFolder().c_str()) file:nil types:nil];
-    NSString* name = [[[panel filenames] lastObject] lastPathComponent];
-    if (answer != NSOKButton || name == nil)
+    [panel setDirectoryURL:[NSURL fileURLWithPath:@(profileFolder().c_str())]];
+    NSInteger answer = [panel runModal];
+    NSString* name = [[[[panel URLs] lastObject] path] lastPathComponent];
+    if (answer != NSModalResponseOK || name == nil)
         return;
     [self setText:@"" ofField:_fileNameEdit];
     [_localOK setEnabled:NO];
@@ -66,8 +68,8 @@
 
 #pragma mark Ending an edit
 
-/// The record to be written: a new one, or the selected one after it was noted as replaced.
-- (ProfileRecord*)editedRecordOf:(ProfileList*)list
+/// The record to be written: a slot taken for a new one, or the selected one, noted as replaced.
+- (ProfileRecord*)takeEditedRecordOf:(ProfileList*)list
 {
     if (buttonIdentify == kAdding)
         return addByHand(*list, recordByHand(kOnDisk));
@@ -86,7 +88,7 @@
     [self vProfileSettingsAllDisablePart];
     [_profileTableView reloadData];
     [self selectNoRow];
-    buttonIdentify = kBrowsing;
+    [self setEditMode:kBrowsing];
 }
 
 - (IBAction)profileOK:(id)sender
@@ -100,7 +102,7 @@
     long edited = buttonIdentify == kEditing ? [_profileTableView selectedRow] : -1;
     if (hasRowWithFile(*list, fileName, location, edited))
         return;
-    ProfileRecord* record = [self editedRecordOf:list];
+    ProfileRecord* record = [self takeEditedRecordOf:list];
     if (record == nullptr)
         return;
     if (buttonIdentify == kAdding || !isCustom(*record)) {
@@ -116,19 +118,6 @@
     [self endEdit];
 }
 
-/// In an edit field Return and Escape, which a toolkit may also take for completion, are OK and Cancel of the
-/// edit area, not of the window.
-- (BOOL)control:(NSControl*)control textView:(NSTextView*)textView doCommandBySelector:(SEL)command
-{
-    if (sel_isEqual(command, @selector(insertNewline:)))
-        [_localOK performClick:nil];
-    else if (sel_isEqual(command, @selector(cancelOperation:)) || sel_isEqual(command, @selector(complete:)))
-        [_localCancel performClick:nil];
-    else
-        return NO;
-    return YES;
-}
-
 - (IBAction)deleteButton:(id)sender
 {
     [self vHandlingButtonSetDisable:YES edit:NO delete:NO];
@@ -140,7 +129,8 @@
         appendCopy(*[self currentDeleteDict], *record);
     removeRow(*[self currentProfileDict], [_profileTableView selectedRow]);
     [_profileTableView reloadData];
-    [_profileTableView deselectRow:[_profileTableView selectedRow]];
+    if ([_profileTableView selectedRow] >= 0)
+        [_profileTableView deselectRow:[_profileTableView selectedRow]];
 }
 
 @end

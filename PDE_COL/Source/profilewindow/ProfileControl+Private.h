@@ -13,6 +13,9 @@
 /// The selected record; null when none is.
 - (ProfileRecord*)selectedRecord;
 
+/// Begins or ends an edit, for the keys that end it.
+- (void)setEditMode:(SInt32)mode;
+
 /// Selects no row, also while an edit keeps the person from changing the selection.
 - (void)selectNoRow;
 

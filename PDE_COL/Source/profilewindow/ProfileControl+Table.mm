@@ -35,11 +35,6 @@ NSImage* fileExistsImage()
     const ProfileRecord* record = list == nullptr ? nullptr : recordAtRow(*list, row);
     if (record == nullptr)
         return nil;
-    if ([column isEqualToString:@"icon"]) {
-        bool walked = protocolType == kProtocolBonjour || protocolType == kProtocolLpd;
-        [[tableColumn dataCell] setImage:walked && isOnPrinter(*record) ? fileExistsImage() : nil];
-        return nil;
-    }
     if ([column isEqualToString:@"filename"])
         return [self textOfName:record->FileName];
     if ([column isEqualToString:@"profilename"])
@@ -49,6 +44,35 @@ NSImage* fileExistsImage()
     if ([column isEqualToString:@"inmenu"])
         return [NSNumber numberWithInt:isListed(*record)];
     return nil;
+}
+
+/// Whether the row shows the icon: over other connections nobody knows what is on the printer.
+- (bool)isOnPrinterInRow:(NSInteger)row
+{
+    ProfileList* list = [self currentProfileDict];
+    const ProfileRecord* record = list == nullptr ? nullptr : recordAtRow(*list, row);
+    bool walked = protocolType == kProtocolBonjour || protocolType == kProtocolLpd;
+    return walked && record != nullptr && isOnPrinter(*record);
+}
+
+- (void)tableView:(NSTableView*)tableView
+    willDisplayCell:(id)cell
+     forTableColumn:(NSTableColumn*)tableColumn
+                row:(NSInteger)row
+{
+    if ([[tableColumn identifier] isEqualToString:@"icon"])
+        [cell setImage:[self isOnPrinterInRow:row] ? fileExistsImage() : nil];
+}
+
+- (NSString*)tableView:(NSTableView*)tableView
+        toolTipForCell:(NSCell*)cell
+                  rect:(NSRect*)rect
+           tableColumn:(NSTableColumn*)tableColumn
+                   row:(NSInteger)row
+         mouseLocation:(NSPoint)location
+{
+    bool icon = [[tableColumn identifier] isEqualToString:@"icon"] && [self isOnPrinterInRow:row];
+    return icon ? localizedText(@"On the printer") : nil;
 }
 
 - (void)tableView:(NSTableView*)tableView

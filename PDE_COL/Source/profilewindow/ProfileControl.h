@@ -12,14 +12,13 @@ enum : SInt32 { kBrowsing = 0, kAdding = 1, kEditing = 2 };
 /// The profile management window: shows the three profile lists, one at a time, and lets a person tick, add,
 /// rename and delete profiles. It works on copies of the lists; only OK writes them back. Nothing that goes
 /// wrong is reported: what cannot be done leaves the window as it was. Main thread only.
-@interface ProfileControl
-    : NSObject <NSTableViewDataSource, NSTableViewDelegate, NSTextFieldDelegate, NSWindowDelegate>
+@interface ProfileControl : NSObject <NSTableViewDataSource, NSTableViewDelegate, NSWindowDelegate>
 {
     PMPrintSettings setting;
     PMPrintSession session;
     SInt32 protocolType;
     const PDEControlItem* constTable;
-    SInt32 constTableCount;
+    SInt32 constTableCount; // as `setting`, for the interface only
     IBOutlet NSWindow* _profileManagementWindow;
     IBOutlet AdvancedColorOptions* onAdvancedView;
     IBOutlet NSButton* _addButton;
@@ -37,6 +36,8 @@ enum : SInt32 { kBrowsing = 0, kAdding = 1, kEditing = 2 };
     IBOutlet NSPopUpButton* _locationMenu;
     IBOutlet NSTableView* _profileTableView;
     IBOutlet NSPopUpButton* _profileMenu;
+    IBOutlet NSButton* _windowCancel;
+    IBOutlet NSButton* _windowOK;
     SInt32 buttonIdentify;
     ProfileList plistRGBDict;
     ProfileList plistSIMDict;

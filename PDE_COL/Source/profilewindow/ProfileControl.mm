@@ -13,6 +13,7 @@
 
 #include <array>
 #include <cstring>
+#include <initializer_list>
 
 namespace {
 
@@ -48,8 +49,11 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
     for (NSString* list in @[ @"RGB", @"SIM", @"DST" ])
         [_profileMenu addItemWithTitle:localizedText(list)];
     [_profileManagementWindow setDelegate:self];
-    [_fileNameEdit setDelegate:self];
-    [_profileNameEdit setDelegate:self];
+    // What no text stands in front of. Not every toolkit speaks.
+    SEL speak = NSSelectorFromString(@"setAccessibilityLabel:");
+    if ([_profileTableView respondsToSelector:speak])
+        [_profileTableView performSelector:speak withObject:localizedText(@"ProfileTitle")];
+    [[_profileTableView tableColumnWithIdentifier:@"icon"] setHeaderToolTip:localizedText(@"On the printer")];
 }
 
 #pragma mark The panel's calls
@@ -125,7 +129,7 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
 
 - (void)initWithProfileControl
 {
-    buttonIdentify = kBrowsing;
+    [self setEditMode:kBrowsing];
     [onAdvancedView setControlValueToTicket];
     protocolType = [PDECommon commoniGetProtocol:session];
     [self prepareControls];
@@ -194,14 +198,22 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
 
 - (void)enableEditArea:(BOOL)enabled
 {
-    for (id control in @[
-             _fileNameText, _profileNameText, _locationText, _fileNameEdit, _profileNameEdit, _locationMenu,
-             _browse, _localCancel, _localOK
-         ])
+    for (NSControl* control :
+         std::initializer_list<NSControl*>{_fileNameText, _profileNameText, _locationText, _fileNameEdit,
+                                           _profileNameEdit, _locationMenu, _browse, _localCancel, _localOK})
         [control setEnabled:enabled];
-    // As long as there is an edit to end, Return and Escape end it, and not the window's run.
-    [_localOK setKeyEquivalent:enabled ? @"\r" : @""];
-    [_localCancel setKeyEquivalent:enabled ? @"\033" : @""];
+}
+
+- (void)setEditMode:(SInt32)mode
+{
+    buttonIdentify = mode;
+    // Return and Escape end the edit while there is one, and the window's run at any other time: also where
+    // the edit's own button is disabled, the window's does not get them.
+    bool edits = mode != kBrowsing;
+    [_localOK setKeyEquivalent:edits ? @"\r" : @""];
+    [_localCancel setKeyEquivalent:edits ? @"\033" : @""];
+    [_windowOK setKeyEquivalent:edits ? @"" : @"\r"];
+    [_windowCancel setKeyEquivalent:edits ? @"" : @"\033"];
 }
 
 - (void)vProfileSettingsAllDisablePart

@@ -17,10 +17,6 @@
     SInt32 maxExtension;
     NSString* oldValue;
     NSText* textObj;
-    // After a paste the text view moves the caret once more, to where the unchecked text would have ended.
-    NSUInteger uncheckedCaret;
-    NSUInteger checkedCaret;
-    NSTimeInterval checkedEvent;
 }
 
 /// Longest text, and longest part after the first full stop, in UTF-16 units. `extension` 0 or less: the

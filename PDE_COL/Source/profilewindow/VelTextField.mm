@@ -85,48 +85,22 @@ bool isWellFormed(const std::u16string& units, SInt32 maxLen, SInt32 maxExtensio
 /// Shows `text` in place of what the edit left, with the caret at `caret`.
 - (void)replaceText:(NSString*)text caret:(NSInteger)caret
 {
-    uncheckedCaret = [textObj selectedRange].location;
-    checkedCaret = (NSUInteger)std::clamp<NSInteger>(caret, 0, (NSInteger)[text length]);
-    checkedEvent = [[NSApp currentEvent] timestamp];
     [self setStringValue:text];
     // Setting the text selects all of it, and the next key would replace it.
-    [textObj setSelectedRange:NSMakeRange(checkedCaret, 0)];
-}
-
-- (NSRange)textView:(NSTextView*)view
-    willChangeSelectionFromCharacterRange:(NSRange)from
-                         toCharacterRange:(NSRange)to
-{
-    NSUInteger end = std::min(uncheckedCaret, [[view string] length]);
-    if ([[NSApp currentEvent] timestamp] != checkedEvent ||
-        !NSEqualRanges(from, NSMakeRange(checkedCaret, 0)) || !NSEqualRanges(to, NSMakeRange(end, 0)))
-        return to;
-    uncheckedCaret = NSNotFound;
-    return from;
+    auto place = (NSUInteger)std::clamp<NSInteger>(caret, 0, (NSInteger)[text length]);
+    [textObj setSelectedRange:NSMakeRange(place, 0)];
 }
 
 #pragma mark Editing
-
-/// A button of the window may want the key; while a person edits, Return and Escape belong to the text.
-- (BOOL)performKeyEquivalent:(NSEvent*)event
-{
-    NSString* key = [event charactersIgnoringModifiers];
-    bool ends = [key isEqualToString:@"\r"] || [key isEqualToString:@"\033"];
-    if (!ends || [self currentEditor] == nil)
-        return [super performKeyEquivalent:event];
-    [[self currentEditor] keyDown:event];
-    return YES;
-}
 
 - (BOOL)textShouldBeginEditing:(NSText*)textObject
 {
     [self setOldString:[self stringValue]];
     textObj = textObject;
-    checkedCaret = NSNotFound;
     return [super textShouldBeginEditing:textObject];
 }
 
-/// Takes the change back. The caret returns to where the refused input began.
+/// Takes the change that made the text `units` back. The caret returns to where the refused input began.
 - (void)restoreOldValueAfter:(const std::u16string&)units
 {
     NSString* old = oldValue != nil ? [[oldValue retain] autorelease] : @"";

@@ -38,7 +38,8 @@ enum : NSStringEncoding {
     NSWindowsCP1252StringEncoding = 12,
     NSMacOSRomanStringEncoding = 30,
 };
-enum : NSUInteger { NSCompositingOperationSourceOver = 2 };
+// Deprecated there, and the only one that both toolkits have.
+enum : NSUInteger { NSCompositeSourceOver = 2 };
 enum : NSInteger { NSNotFound = 0x7FFFFFFFFFFFFFFF };
 enum : NSModalResponse { NSModalResponseOK = 1 };
 
@@ -57,11 +58,14 @@ CGFloat NSMinX(NSRect);
 CGFloat NSMinY(NSRect);
 BOOL NSEqualRanges(NSRange, NSRange);
 void NSLogv(NSString* format, va_list);
+SEL NSSelectorFromString(NSString* name);
 }
 
 @protocol NSObject
 - (BOOL)isEqual:(id)object;
 - (BOOL)isKindOfClass:(Class)aClass;
+- (BOOL)respondsToSelector:(SEL)selector;
+- (id)performSelector:(SEL)selector withObject:(id)object;
 - (instancetype)retain;
 - (oneway void)release;
 - (instancetype)autorelease;
@@ -274,8 +278,6 @@ extern "C" NSApplication* NSApp;
 - (NSRange)selectedRange;
 - (void)setSelectedRange:(NSRange)range;
 @end
-@interface NSTextView : NSText
-@end
 @interface NSBox : NSView
 - (NSString*)title;
 - (void)setTitle:(NSString*)title;
@@ -293,8 +295,13 @@ extern "C" NSApplication* NSApp;
 - (id)dataCell;
 - (void)setDataCell:(NSCell*)cell;
 - (id)headerCell;
+- (void)setHeaderToolTip:(NSString*)text;
 @end
+@protocol NSTableViewDataSource
+, NSTableViewDelegate;
 @interface NSTableView : NSControl
+- (id<NSTableViewDataSource>)dataSource;
+- (id<NSTableViewDelegate>)delegate;
 - (NSArray*)tableColumns;
 - (NSTableColumn*)tableColumnWithIdentifier:(NSString*)identifier;
 - (void)reloadData;
@@ -320,26 +327,15 @@ extern "C" NSApplication* NSApp;
     willDisplayCell:(id)cell
      forTableColumn:(NSTableColumn*)column
                 row:(NSInteger)row;
+- (NSString*)tableView:(NSTableView*)table
+        toolTipForCell:(NSCell*)cell
+                  rect:(NSRect*)rect
+           tableColumn:(NSTableColumn*)column
+                   row:(NSInteger)row
+         mouseLocation:(NSPoint)location;
 - (void)tableViewSelectionDidChange:(NSNotification*)notification;
-@end
-@protocol NSTextFieldDelegate <NSObject>
-@optional
-- (BOOL)control:(NSControl*)control textView:(NSTextView*)view doCommandBySelector:(SEL)command;
 @end
 @protocol NSWindowDelegate <NSObject>
 @optional
 - (BOOL)windowShouldClose:(NSWindow*)window;
-@end
-
-// Deprecated, but still declared there.
-enum : NSUInteger { NSCompositeSourceOver = NSCompositingOperationSourceOver };
-enum : NSInteger { NSOKButton = NSModalResponseOK };
-@interface NSImage (Deprecated)
-- (void)setScalesWhenResized:(BOOL)scales;
-- (void)setSize:(NSSize)size;
-- (void)compositeToPoint:(NSPoint)point operation:(NSUInteger)operation;
-@end
-@interface NSOpenPanel (Deprecated)
-- (NSInteger)runModalForDirectory:(NSString*)path file:(NSString*)name types:(NSArray*)types;
-- (NSArray*)filenames;
 @end
