@@ -1,5 +1,6 @@
 #pragma once
 
+#include "profiles/HelperProtocol.h"
 #include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
 #include "support/DriverRoot.h"
@@ -23,26 +24,17 @@ protected:
                                               std::to_string(timeout) + "\nretries 0\n");
     }
 
-    static std::vector<std::string> walkCommand(const std::string& host = "127.0.0.1")
+    static std::vector<std::string> command(const std::string& host = "127.0.0.1")
     {
-        return {helperExecutable(),
-                "mibwalk_XPC",
-                "R4270",
-                loginName(),
-                "snmpwalk",
-                "-Os",
-                "-c",
-                "vislaq",
-                "-v",
-                "1",
-                host,
-                "1.3.6.1.4.1.99999.1.1.1.1.6.13.1.1"};
+        std::vector<std::string> words = walkCommand(loginName(), host);
+        words.insert(words.begin(), helperExecutable());
+        return words;
     }
 
     /// Walks through the helper. Gives the exit value; -99 when there is more or less than the one line.
     static int walk()
     {
-        ProcessResult result = runProcess(walkCommand());
+        ProcessResult result = runProcess(command());
         const int value = result.out.starts_with("mibwalk_XPC=iRet=") ? atoi(result.out.c_str() + 17) : -99;
         EXPECT_EQ(result.out, "mibwalk_XPC=iRet=" + std::to_string(value) + "\n") << result.err;
         EXPECT_EQ(result.status, value == 0 ? 0 : 1);

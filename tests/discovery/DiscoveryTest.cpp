@@ -120,7 +120,7 @@ TEST_F(Discovery, LeavesAWholeListWhenSomethingDiesInTheMiddle)
         table += row(i, "NEW" + std::to_string(i) + ".ICC");
     for (bool killWalk : {true, false}) {
         startPrinter(table, {"--delay", "20"}, 2);
-        BackgroundProcess helper(walkCommand(), root_ / "reply");
+        BackgroundProcess helper(command(), root_ / "reply");
         ASSERT_TRUE(waitUntil([&] { return printer_->log().size() > 2000; }));
         if (killWalk)
             kill(helper.pid(), SIGKILL);
@@ -137,26 +137,23 @@ TEST_F(Discovery, AsksAHostByANameWithAnUnderscore)
 {
     startPrinter(row(1, "A.ICC"));
     configuration_.write("hosts", "127.0.0.1 my_printer\n");
-    std::vector<std::string> command = {"unshare",
-                                        "--map-current-user",
-                                        "--keep-caps",
-                                        "--mount",
-                                        "sh",
-                                        "-c",
-                                        "mount --bind \"$0\" /etc/hosts && exec \"$@\"",
-                                        configuration_ / "hosts"};
-    if (runProcess({command[0], command[1], command[2], command[3], "true"}).status != 0)
+    std::vector<std::string> inNamespace = {"unshare", "--map-current-user", "--keep-caps", "--mount",
+                                            "true"};
+    if (runProcess(inNamespace).status != 0)
         GTEST_SKIP() << "no mount namespace of the test's own here";
-    for (const std::string& word : walkCommand("my_printer"))
-        command.push_back(word);
-    EXPECT_EQ(runProcess(command).out, "mibwalk_XPC=iRet=0\n");
+    inNamespace.back() = "sh";
+    inNamespace.insert(inNamespace.end(),
+                       {"-c", "mount --bind \"$0\" /etc/hosts && exec \"$@\"", configuration_ / "hosts"});
+    for (const std::string& word : command("my_printer"))
+        inNamespace.push_back(word);
+    EXPECT_EQ(runProcess(inNamespace).out, "mibwalk_XPC=iRet=0\n");
     EXPECT_EQ(codes(kRgbList), (Codes{{"A.ICC", 2}}));
 }
 
 TEST_F(Discovery, WalkerRefusesWhatTheHelperWouldNotSend)
 {
     std::string walker = std::filesystem::path(helperExecutable()).replace_filename("R4270Walker");
-    std::vector<std::string> good = walkCommand();
+    std::vector<std::string> good = command();
     good[0] = walker;
     auto refused = [&](size_t index, const std::string& text) {
         std::vector<std::string> bad = good;

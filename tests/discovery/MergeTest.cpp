@@ -22,16 +22,11 @@ ProfileRecord& spool(int row, const std::string& fileName, int32_t profileClass 
     return record;
 }
 
-void emptySpool()
-{
-    vSpoolPlist(nullptr, 0, nullptr, 1);
-}
-
 } // namespace
 
 TEST_F(Merge, MatchesAllBytesOfTheNameAndTheLocationWithinTheCountedSlots)
 {
-    emptySpool();
+    vSpoolPlist(nullptr, 0, nullptr, 1);
     ProfileRecord& row = spool(1, "A.ICC");
     auto list = std::make_unique<ProfileList>();
     list->records[0] = record("A.ICC", kGoneListed);
@@ -59,7 +54,7 @@ TEST_F(Merge, MatchesAllBytesOfTheNameAndTheLocationWithinTheCountedSlots)
 
 TEST_F(Merge, FilesRowsByClassLocationAndName)
 {
-    emptySpool();
+    vSpoolPlist(nullptr, 0, nullptr, 1);
     spool(1, "ONE.ICC", 1);
     spool(2, "TWO.ICC", 2, kOnCard);
     spool(3, "THREE.ICC", 3);
@@ -82,7 +77,7 @@ TEST_F(Merge, CleansBadNamesAndClosesTheGapsOfTheRgbListOnly)
     const std::vector<ProfileRecord> badAndGood = {record("NO GOOD.ICC", kByHandListed),
                                                    record("GOOD.ICC", kByHandListed)};
     store(badAndGood, badAndGood, badAndGood);
-    emptySpool();
+    vSpoolPlist(nullptr, 0, nullptr, 1);
     spool(1, "GOOD.ICC", 1);
     spool(2, "GOOD.ICC", 3);
     EXPECT_EQ(vRestructPlistSpool2Current(0), 0);
@@ -97,7 +92,7 @@ TEST_F(Merge, CleansBadNamesAndClosesTheGapsOfTheRgbListOnly)
 TEST_F(Merge, CleansEntriesWithoutADeviceIndexThoughJustFound)
 {
     store({record("HIDDEN.ICC", kGoneHidden, 0), record("LISTED.ICC", kGoneListed, 0)});
-    emptySpool();
+    vSpoolPlist(nullptr, 0, nullptr, 1);
     spool(1, "HIDDEN.ICC");
     spool(2, "LISTED.ICC");
     spool(3, "FRESH.ICC").IndexOnDevice = 0;
