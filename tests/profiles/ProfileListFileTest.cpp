@@ -1,6 +1,8 @@
 #include "ListFixture.h"
 
 #include <fstream>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 namespace {
 
@@ -124,17 +126,33 @@ TEST_F(ProfileListFile, NamesHave31BytesAndWhatIsNoTextIsLeftOutOfTheFileAndNoth
     }
 }
 
-TEST_F(ProfileListFile, AChangeInPlaceInTheSameInstantIsSeen)
+TEST_F(ProfileListFile, AVersionIsParsedOnceButNotTrustedInTheInstantOfItsChange)
 {
     const std::string text = fileWithRgb(classEntries("<key>InMenu0000</key><integer>1</integer>"));
     writeListFile(text);
     std::fstream file(currentListPath());
+    int watch = inotify_init1(IN_NONBLOCK), openedAgain = 0;
+    ASSERT_GE(inotify_add_watch(watch, currentListPath().c_str(), IN_OPEN), 0);
+    auto wasOpened = [&] {
+        char events[256];
+        return ::read(watch, events, sizeof events) > 0;
+    };
     for (int round = 0; round < 50; ++round) {
         int32_t code = 1 + round % 6;
         file.seekp(static_cast<std::streamoff>(text.find("1</integer>"))) << code << std::flush;
         ASSERT_EQ(readAll(), 0);
         ASSERT_EQ(rgb().records[0].InMenu, code);
+        EXPECT_TRUE(wasOpened());
+        ASSERT_EQ(readAll(), 0);
+        openedAgain += wasOpened();
     }
+    EXPECT_GT(openedAgain, 0) << "a change in the same tick of the clock may leave the times as they are";
+    sleepMilliseconds(50);
+    EXPECT_EQ(readAll(), 0);
+    (void)wasOpened();
+    EXPECT_EQ(readAll(), 0);
+    EXPECT_FALSE(wasOpened());
+    close(watch);
     std::filesystem::remove(currentListPath());
     EXPECT_EQ(readAll(), -1);
     EXPECT_EQ(currentListPath(std::string(300, 'n')).size(), sandbox.path().string().size() + 254);
