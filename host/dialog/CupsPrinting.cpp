@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 #include <system_error>
+#include <utility>
 
 namespace {
 
@@ -173,22 +174,26 @@ void cancelJob(const std::string& queue, int id)
 
 std::optional<Conflict> firstConflict(ppd_file_t* ppd, const std::map<std::string, std::string>& options)
 {
-    std::optional<Conflict> found;
     CupsOptions chosen(options);
     (void)cupsMarkOptions(ppd, chosen.count(), chosen.get());
-    for (ppd_option_t* option = ppdFirstOption(ppd); option != nullptr && !found;
-         option = ppdNextOption(ppd)) {
-        cups_option_t* others = nullptr;
-        ppd_choice_t* choice = ppdFindMarkedChoice(ppd, option->keyword);
-        int count = choice != nullptr ? cupsGetConflicts(ppd, option->keyword, choice->choice, &others) : 0;
-        for (int i = 0; i < count && !found; ++i) {
-            ppd_option_t* other = ppdFindOption(ppd, others[i].name);
-            ppd_choice_t* otherChoice = ppdFindChoice(other, others[i].value);
-            if (other != option && otherChoice != nullptr)
-                found = {option->text, choice->text, other->text, otherChoice->text};
-        }
-        cupsFreeOptions(count, others);
-    }
+    std::vector<std::pair<ppd_option_t*, ppd_choice_t*>> suspects;
+    if (ppdConflicts(ppd) > 0)
+        for (ppd_option_t* o = ppdFirstOption(ppd); o != nullptr; o = ppdNextOption(ppd))
+            if (ppd_choice_t* choice = ppdFindMarkedChoice(ppd, o->keyword);
+                o->conflicted && choice != nullptr)
+                suspects.emplace_back(o, choice);
     ppdMarkDefaults(ppd);
+    std::optional<Conflict> found;
+    // The library tells which options are in a conflict, not with which other: each pair is tried alone.
+    for (size_t i = 0; i < suspects.size() && !found; ++i)
+        for (size_t j = i + 1; j < suspects.size() && !found; ++j) {
+            auto [option, choice] = suspects[i];
+            auto [other, otherChoice] = suspects[j];
+            (void)ppdMarkOption(ppd, option->keyword, choice->choice);
+            (void)ppdMarkOption(ppd, other->keyword, otherChoice->choice);
+            if (ppdConflicts(ppd) > 0 && option->conflicted && other->conflicted)
+                found = {option->text, choice->text, other->text, otherChoice->text};
+            ppdMarkDefaults(ppd);
+        }
     return found;
 }

@@ -38,7 +38,9 @@ static const NSTimeInterval kListInterval = 5;
 - (PMPrinterObject*)newFirstPrinterWithError:(NSString**)error
 {
     BOOL named = !options_.printer.empty() || !options_.ppd.empty() || !options_.script.empty();
-    std::vector<PrintQueue> queues = named ? std::vector<PrintQueue>() : printQueues().value_or(queues);
+    std::vector<PrintQueue> queues;
+    if (!named)
+        queues = printQueues().value_or(queues);
     std::stable_partition(queues.begin(), queues.end(), [](const PrintQueue& q) { return q.isDefault; });
     for (const PrintQueue& queue : queues) {
         NSString* ignored = nil;

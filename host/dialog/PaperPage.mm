@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-static const CGFloat kRow = 30, kIndent = 20;
+static const CGFloat kRow = 30, kHeading = 24, kIndent = 20;
 
 static NSString* textOrKeyword(const char* text, const char* keyword)
 {
@@ -131,7 +131,7 @@ static NSString* textOrKeyword(const char* text, const char* keyword)
             NSTextField* heading = makeLabel(frame, group, NSLeftTextAlignment);
             [heading setFont:[NSFont boldSystemFontOfSize:12]];
             [parts addObject:heading];
-            down += kRow;
+            down += kHeading;
         }
         NSRect frame = NSMakeRect(kIndent, down + 3, width / 2 - kIndent - 8, 18);
         [parts addObject:makeLabel(frame, [row->title stringByAppendingString:@":"], NSRightTextAlignment)];
@@ -164,6 +164,7 @@ static NSString* textOrKeyword(const char* text, const char* keyword)
     for (int i = 0; i < ppd->num_groups; ++i)
         [self addGroup:ppd->groups[i] claimed:claimed];
     [self addLayout];
+    [self setDrawsBackground:NO];
     [self setHasVerticalScroller:YES];
     [self setBorderType:NSBezelBorder];
     [self layOutWithWidth:[self contentSize].width];

@@ -104,7 +104,7 @@ TEST_F(CupsPrint, APresetPutsItsOwnAdvancedChoicesIntoTheJob)
 
 TEST_F(CupsPrint, WhatTheServerRefusesIsShownAsItSaysIt)
 {
-    ASSERT_TRUE(cups_.reject("Office")) << cups_.problem();
+    ASSERT_TRUE(cups_.administer({"/usr/sbin/cupsreject", "Office"})) << cups_.problem();
     DialogRun run = dialog({"open", "view", "restore", "print"});
     EXPECT_EQ(run.process.status, 1);
     EXPECT_NE(run[3].value("error", "").find("not accepting jobs"), std::string::npos) << run[3];

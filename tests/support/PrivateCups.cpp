@@ -17,7 +17,7 @@ const char* const kData = "/usr/share/cups";
 // that has them is complete.
 const char* const kBackend = "#!/bin/sh\n"
                              "[ $# -gt 0 ] || exit 0\n"
-                             "cat ${6:+\"$6\"} >\"$TMPDIR/job-$1.data\" &&\n"
+                             "cat ${6:+\"$6\"} >>\"$TMPDIR/job-$1.data\" &&\n"
                              "printf %s \"$5\" >\"$TMPDIR/job-$1.part\" &&\n"
                              "mv \"$TMPDIR/job-$1.part\" \"$TMPDIR/job-$1.options\"\n";
 
@@ -37,15 +37,21 @@ PrivateCups::PrivateCups() : serverName_("CUPS_SERVER", sandbox_ / "run/cups.soc
     }
     layOut();
     // Run from a copy: the confinement that some systems put on the installed path knows no scratch folders.
-    std::string copy = sandbox_ / "bin/cupsd";
-    fs::copy_file(kServer, copy);
-    server_ = std::make_unique<BackgroundProcess>(std::vector<std::string>{copy, "-f", "-c",
+    fs::copy_file(kServer, sandbox_ / "bin/cupsd");
+    (void)start(); // problem() tells
+}
+
+bool PrivateCups::start()
+{
+    fs::remove(sandbox_ / "run/cups.sock");
+    server_ = std::make_unique<BackgroundProcess>(std::vector<std::string>{sandbox_ / "bin/cupsd", "-f", "-c",
                                                                            sandbox_ / "etc/cupsd.conf", "-s",
                                                                            sandbox_ / "etc/cups-files.conf"},
                                                   sandbox_ / "log/output");
     if (!waitUntil([this] { return !server_->running() || fs::exists(sandbox_ / "run/cups.sock"); }) ||
         !server_->running())
         problem_ = "cupsd did not start: " + readFile(sandbox_ / "log/output") + log();
+    return problem_.empty();
 }
 
 void PrivateCups::layOut() const
@@ -92,11 +98,6 @@ bool PrivateCups::administer(const std::vector<std::string>& arguments)
 bool PrivateCups::addQueue(const std::string& name, const fs::path& ppd, const std::string& deviceUri)
 {
     return administer({"/usr/sbin/lpadmin", "-p", name, "-E", "-v", deviceUri, "-P", ppd});
-}
-
-bool PrivateCups::reject(const std::string& name)
-{
-    return administer({"/usr/sbin/cupsreject", name});
 }
 
 std::optional<PrivateCups::Job> PrivateCups::receivedJob(int id) const

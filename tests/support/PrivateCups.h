@@ -31,8 +31,8 @@ public:
     bool addQueue(const std::string& name, const std::filesystem::path& ppd,
                   const std::string& deviceUri = "socket://127.0.0.2:9100");
 
-    /// Makes a queue refuse jobs.
-    bool reject(const std::string& name);
+    /// Runs an administrator's program on the server. False, with the reason in problem(), when it fails.
+    bool administer(const std::vector<std::string>& arguments);
 
     /// The job as the backend got it; nothing when it does not arrive within ten seconds.
     std::optional<Job> receivedJob(int id) const;
@@ -41,10 +41,11 @@ public:
     std::string log() const { return readFile(sandbox_ / "log/error"); }
 
     void stop() { server_.reset(); }
+    /// Starts the server again, with its queues. False, with the reason in problem(), when it does not run.
+    bool start();
 
 private:
     void layOut() const;
-    bool administer(const std::vector<std::string>& arguments);
 
     Sandbox sandbox_;
     ScopedVariable serverName_;
