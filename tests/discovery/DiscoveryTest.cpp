@@ -1,18 +1,81 @@
-#include "DiscoveryFixture.h"
+// From a printer on the network to the stored lists, through the real helper and walker.
+#include "discovery/SpoolMerge.h"
+#include "discovery/SpoolTable.h"
+#include "profiles/HelperProtocol.h"
+#include "profiles/ProfileListOperations.h"
+#include "profiles/ProfileName.h"
+#include "support/DriverRoot.h"
+#include "support/SimulatedPrinter.h"
 
 #include <csignal>
-
-// From a printer on the network to the stored lists, through the real helper and walker.
-
-using Discovery = DiscoveryTest;
+#include <gtest/gtest.h>
+#include <map>
 
 namespace {
 
-std::string row(int number, const std::string& fileName, int profileClass = 1, int location = kOnDisk)
-{
-    return "profile " + std::to_string(number) + " " + std::to_string(location) + " \"Profile " +
-           std::to_string(number) + "\" \"" + fileName + "\" " + std::to_string(profileClass) + "\n";
-}
+using Words = std::vector<std::string>;
+using Codes = std::map<std::string, int32_t>; ///< by file name
+
+class Discovery : public testing::Test {
+protected:
+    /// Starts a printer with this table at the port that net-snmp's configuration names.
+    void startPrinter(const std::string& table, const Words& options = {})
+    {
+        printer_ = std::make_unique<SimulatedPrinter>(table, options);
+        configuration_.write("snmp.conf",
+                             "defaultPort " + std::to_string(printer_->port()) + "\ntimeout 2\nretries 0\n");
+    }
+    static Words command(const std::string& host = "127.0.0.1")
+    {
+        Words words = walkCommand(loginName(), host);
+        words.insert(words.begin(), helperExecutable());
+        return words;
+    }
+    /// Walks through the helper and expects this exit value as all that it says.
+    static void walk(int exitValue)
+    {
+        const ProcessResult result = runProcess(command());
+        EXPECT_EQ(result.out, "mibwalk_XPC=iRet=" + std::to_string(exitValue) + "\n") << result.err;
+        EXPECT_EQ(result.status, exitValue == 0 ? 0 : 1);
+    }
+    static std::string row(int number, const std::string& fileName, int profileClass = 1,
+                           int location = kOnDisk)
+    {
+        return "profile " + std::to_string(number) + " " + std::to_string(location) + " \"Found\" \"" +
+               fileName + "\" " + std::to_string(profileClass) + "\n";
+    }
+    static ProfileRecord record(const std::string& fileName, int32_t inMenu, int32_t indexOnDevice = 7)
+    {
+        ProfileRecord made{indexOnDevice, inMenu, 2, {}, {}, kOnDisk, 0};
+        setNameText(made.FileName, fileName);
+        setNameText(made.ProfileName, "stored " + fileName);
+        return made;
+    }
+    /// All three lists hold these from here on.
+    static void store(const std::vector<ProfileRecord>& records)
+    {
+        auto list = std::make_unique<ProfileList>();
+        std::copy(records.begin(), records.end(), list->records);
+        list->iNum = static_cast<int32_t>(records.size());
+        ASSERT_EQ(VelPListWriteProfile_All(list.get(), list.get(), list.get()), 0);
+    }
+    /// The codes of the list as it is stored now; the used slots are at its front.
+    Codes codes(ProfileListIndex index)
+    {
+        EXPECT_EQ(VelPListReadProfile_All(&lists_[kRgbList], &lists_[kSimList], &lists_[kDstList]), 0);
+        Codes result;
+        for (int i = 0; i < lists_[index].iNum; ++i)
+            result[std::string(nameText(lists_[index].records[i].FileName))] =
+                lists_[index].records[i].InMenu;
+        return result;
+    }
+
+    DriverRoot root_;
+    Sandbox configuration_;
+    ScopedVariable readsConfiguration_{"SNMPCONFPATH", configuration_.path()};
+    std::unique_ptr<SimulatedPrinter> printer_;
+    std::unique_ptr<ProfileList[]> lists_ = std::make_unique<ProfileList[]>(kProfileListCount);
+};
 
 } // namespace
 
@@ -21,14 +84,14 @@ TEST_F(Discovery, TakesEveryCodeThroughTheTableOfTransitions)
     std::vector<ProfileRecord> before;
     std::string table;
     for (int32_t code = 1; code <= 6; ++code) {
-        std::string there = "THERE" + std::to_string(code) + ".ICC";
-        before.push_back(record(there, code));
-        before.push_back(record("GONE" + std::to_string(code) + ".ICC", code));
-        table += row(code, there);
+        const std::string number = std::to_string(code) + ".ICC";
+        before.push_back(record("THERE" + number, code));
+        before.push_back(record("GONE" + number, code));
+        table += row(code, "THERE" + number);
     }
     store(before);
     startPrinter(table);
-    EXPECT_EQ(walk(), 0);
+    walk(0);
     // Listed entries that are gone count as registered by hand from here on.
     EXPECT_EQ(codes(kRgbList), (Codes{{"THERE1.ICC", 2},
                                       {"THERE2.ICC", 2},
@@ -43,36 +106,49 @@ TEST_F(Discovery, TakesEveryCodeThroughTheTableOfTransitions)
                                       {"GONE5.ICC", 5},
                                       {"GONE6.ICC", 6}}));
     EXPECT_STREQ(lists_[kRgbList].records[0].ProfileName, "stored THERE1.ICC") << "nothing else is updated";
-    EXPECT_EQ(lists_[kRgbList].records[0].IndexOnDevice, 7);
 
-    // All columns that matter are read when the agent begins to fail.
+    // All columns that matter are read when the agent begins to fail. A row does not revive an entry that the
+    // failure freed, and what is ticked survives any number of failures.
     store(before);
     startPrinter(table, {"--fault", "error:5", "--fault-after", "32"});
-    EXPECT_EQ(walk(), 2);
-    const Codes afterFailure = {{"THERE3.ICC", 4}, {"THERE4.ICC", 4}, {"THERE5.ICC", 2}, {"THERE6.ICC", 4},
-                                {"GONE3.ICC", 6},  {"GONE4.ICC", 6},  {"GONE5.ICC", 5},  {"GONE6.ICC", 6}};
-    EXPECT_EQ(codes(kRgbList), afterFailure) << "a row does not revive an entry that the failure freed";
-
-    // The freed ones are really gone, so the next walk finds them anew.
+    walk(2);
+    Codes left = {{"THERE3.ICC", 4}, {"THERE4.ICC", 4}, {"THERE5.ICC", 2}, {"THERE6.ICC", 4},
+                  {"GONE3.ICC", 6},  {"GONE4.ICC", 6},  {"GONE5.ICC", 5},  {"GONE6.ICC", 6}};
+    EXPECT_EQ(codes(kRgbList), left);
+    startPrinter(table, {"--fault", "error:5"});
+    walk(2);
+    EXPECT_EQ(codes(kSimList), (Codes{{"GONE3.ICC", 6},
+                                      {"GONE4.ICC", 6},
+                                      {"GONE5.ICC", 5},
+                                      {"GONE6.ICC", 6},
+                                      {"THERE3.ICC", 6},
+                                      {"THERE4.ICC", 6},
+                                      {"THERE5.ICC", 5},
+                                      {"THERE6.ICC", 6}}));
     startPrinter(table);
-    EXPECT_EQ(walk(), 0);
-    Codes next = afterFailure;
-    next.insert({{"THERE1.ICC", 2}, {"THERE2.ICC", 2}});
-    EXPECT_EQ(codes(kRgbList), next);
+    walk(0);
+    left.insert({{"THERE1.ICC", 2}, {"THERE2.ICC", 2}});
+    EXPECT_EQ(codes(kRgbList), left) << "the freed ones are really gone, so this walk finds them anew";
 }
 
-TEST_F(Discovery, KeepsTickedProfilesThroughFailedWalks)
+TEST_F(Discovery, FilesRowsByClassLocationAndName)
 {
-    store({record("TICKED.ICC", kFoundListed), record("HAND.ICC", kByHandHidden)},
-          {record("SIM.ICC", kGoneListed)});
-    for (const char* right : {"0", "1", "17"}) {
-        startPrinter(row(1, "P1.ICC") + row(2, "P2.ICC") + row(3, "P3.ICC"),
-                     {"--fault", "error:5", "--fault-after", right});
-        EXPECT_EQ(walk(), 2);
-        Codes rgb = codes(kRgbList);
-        EXPECT_EQ(rgb["TICKED.ICC"], 6) << right;
-        EXPECT_EQ(rgb["HAND.ICC"], 5) << right;
-        EXPECT_EQ(codes(kSimList)["SIM.ICC"], 6) << right;
+    store({record("NO GOOD.ICC", kByHandListed), record("KEPT.ICC", kByHandListed),
+           record("OLD.ICC", kGoneHidden, 0), record("LISTED.ICC", kGoneListed, 0)});
+    startPrinter(row(1, "ONE.ICC", 1) + row(2, "TWO.ICC", 2, kOnCard) + row(3, "LISTED.ICC", 3) +
+                 row(4, "FOUR.ICC", 4) + row(5, "MEMORY.ICC", 1, 1) + row(6, "BAD NAME.ICC", 1) +
+                 row(7, "KEPT.ICC", 1) + row(8, "KEPT.ICC", 3) + row(9, "KEPT.ICC", 1, kOnCard) +
+                 row(10, "OLD.ICC", 1) + row(11, "LISTED.ICC", 1) + row(12, "FRESH.ICC", 1) +
+                 "object 1.1.12 i 0\nobject 3.1.1 x \"ff fe 01 3c 26 3e\"\n");
+    walk(0);
+    // Entries without an index on the device are cleaned away, though just found, or counted as by hand.
+    EXPECT_EQ(codes(kRgbList), (Codes{{"KEPT.ICC", 2}, {"ONE.ICC", 2}, {"TWO.ICC", 2}, {"LISTED.ICC", 6}}));
+    EXPECT_EQ(lists_[kRgbList].iNum, 5);
+    EXPECT_EQ(lists_[kRgbList].records[0].InMenu, kFoundListed) << "the one on the card is another";
+    for (ProfileListIndex index : {kSimList, kDstList}) {
+        EXPECT_EQ(codes(index), (Codes{{"KEPT.ICC", 4}, {"LISTED.ICC", 6}}));
+        EXPECT_EQ(lists_[index].iNum, 3) << "the last stood behind the gap of a bad name, so it joined again";
+        EXPECT_EQ(lists_[index].records[0].InMenu, kFoundHidden);
     }
 }
 
@@ -84,17 +160,23 @@ TEST_F(Discovery, DropsATableThatFindsTheListsFull)
         full.push_back(record("HAND" + std::to_string(i) + ".ICC", kByHandListed));
         table += row(i, "NEW" + std::to_string(i) + ".ICC", i % 3 + 1);
     }
-    store(full, full, full);
-    std::string before = readFile(currentListPath());
+    store(full);
+    const std::string before = readFile(currentListPath());
     startPrinter(table);
-    EXPECT_EQ(walk(), 0);
+    walk(0);
     EXPECT_EQ(readFile(currentListPath()), before);
-
     store({});
-    EXPECT_EQ(walk(), 0);
+    walk(0);
     EXPECT_EQ(codes(kRgbList).size(), 333u);
-    EXPECT_EQ(codes(kSimList).size(), 167u);
     EXPECT_EQ(codes(kDstList).size(), 167u);
+
+    vSpoolPlist(nullptr, 0, nullptr, 1);
+    setNameText(PlistForSpool.records[499].FileName, "LAST.ICC");
+    PlistForSpool.records[499].Location = kOnDisk;
+    PlistForSpool.records[499].ProfileClass = PlistForSpool.records[499].IndexOnDevice = 1;
+    PlistForSpool.iNum = 9999; // a table that repeats rows counts more than there are
+    EXPECT_EQ(vRestructPlistSpool2Current(1), 0);
+    EXPECT_EQ(codes(kRgbList), (Codes{{"LAST.ICC", 2}}));
 }
 
 TEST_F(Discovery, SaysNothingButItsResultWhateverThePrinterSays)
@@ -106,7 +188,7 @@ TEST_F(Discovery, SaysNothingButItsResultWhateverThePrinterSays)
         value += digits;
     }
     startPrinter("object .1.3.6.1.4.1.99999.1.1.1.1.6.13.1.1 x \"" + value + "\"\n");
-    EXPECT_EQ(walk(), 0);
+    walk(0);
     EXPECT_NE(printer_->log().find("GET .1.3.6.1.4.1.99999.1.1.1.1.6.13.1.1 -> .1"), std::string::npos)
         << "the root itself is printed";
 }
@@ -119,7 +201,7 @@ TEST_F(Discovery, LeavesAWholeListWhenSomethingDiesInTheMiddle)
     for (int i = 1; i <= 50; ++i)
         table += row(i, "NEW" + std::to_string(i) + ".ICC");
     for (bool killWalk : {true, false}) {
-        startPrinter(table, {"--delay", "20"}, 2);
+        startPrinter(table, {"--delay", "20"});
         BackgroundProcess helper(command(), root_ / "reply");
         ASSERT_TRUE(waitUntil([&] { return printer_->log().size() > 2000; }));
         if (killWalk)
@@ -137,8 +219,7 @@ TEST_F(Discovery, AsksAHostByANameWithAnUnderscore)
 {
     startPrinter(row(1, "A.ICC"));
     configuration_.write("hosts", "127.0.0.1 my_printer\n");
-    std::vector<std::string> inNamespace = {"unshare", "--map-current-user", "--keep-caps", "--mount",
-                                            "true"};
+    Words inNamespace = {"unshare", "--map-current-user", "--keep-caps", "--mount", "true"};
     if (runProcess(inNamespace).status != 0)
         GTEST_SKIP() << "no mount namespace of the test's own here";
     inNamespace.back() = "sh";
@@ -152,21 +233,15 @@ TEST_F(Discovery, AsksAHostByANameWithAnUnderscore)
 
 TEST_F(Discovery, WalkerRefusesWhatTheHelperWouldNotSend)
 {
-    std::string walker = std::filesystem::path(helperExecutable()).replace_filename("R4270Walker");
-    std::vector<std::string> good = command();
-    good[0] = walker;
-    auto refused = [&](size_t index, const std::string& text) {
-        std::vector<std::string> bad = good;
-        bad[index] = text;
-        ProcessResult result = runProcess(bad);
-        return result.status == 2 && result.out.empty();
-    };
-    EXPECT_TRUE(refused(1, "mibwalk"));
-    EXPECT_TRUE(refused(2, "R4271"));
-    EXPECT_TRUE(refused(3, "nobody-else"));
-    good.pop_back();
-    EXPECT_TRUE(refused(1, "mibwalk_XPC")) << "one argument short";
-    EXPECT_EQ(runProcess({walker}).status, 2);
-    EXPECT_NE(runProcess({walker, "--help"}).out.find("usage:"), std::string::npos);
-    EXPECT_EQ(runProcess({walker, "--version"}).status, 0);
+    for (auto [index, text] : {std::pair(1, "mibwalk"), {2, "R4271"}, {3, "nobody-else"}, {0, ""}}) {
+        Words words = command();
+        words[0] = std::filesystem::path(helperExecutable()).replace_filename("R4270Walker");
+        if (index == 0)
+            words.pop_back();
+        else
+            words[static_cast<size_t>(index)] = text;
+        const ProcessResult result = runProcess(words);
+        EXPECT_EQ(result.status, 2) << text;
+        EXPECT_EQ(result.out, "") << text;
+    }
 }

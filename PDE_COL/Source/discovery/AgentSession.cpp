@@ -157,8 +157,9 @@ void AgentSession::ask(int command, Question& question, int retries)
 bool AgentSession::askAhead(const ObjectName& name)
 {
     questions_.push_back({name, true});
-    // It is not to be repeated, and its answer may come as long as there is time.
-    const bool sent = left() > 0 && send(SNMP_MSG_GETNEXT, questions_.back(), left() + timeout_, 0);
+    // It is not to be repeated, and its answer may come as long as there is time. The number of repeats is
+    // the session's, so it stays that of the question that counts.
+    const bool sent = left() > 0 && send(SNMP_MSG_GETNEXT, questions_.back(), left() + timeout_, retries_);
     if (!sent)
         questions_.pop_back();
     return sent;
