@@ -1,28 +1,118 @@
+// The panel's life in the dialog's process, and the keys of its profile window.
 #include "support/PanelHarness.h"
-#include "support/SamplePpd.h"
+#include "support/Sandbox.h"
 
 #include <gtest/gtest.h>
 
 // What the tests ask of the classes of the bundle.
-@protocol Switcher
+@protocol PanelParts
 - (void)ColorToAdvancedView:(id)sender;
 - (void)AdvancedToColorView:(id)sender;
-- (short)getControlCountEachView;
-- (void)createPPDKeyNSArrayAdvance:(NSMutableArray*)array;
-- (void)createPPDKeyNSArray:(NSMutableArray*)array;
-- (void)setViewBounds:(NSRect)rect;
-- (NSArray*)splitCharEvery:(unsigned int)count;
+- (void)initWithProfileControl __attribute__((objc_method_family(none)));
+- (void)showProfileManagementWindow:(id)sender;
+- (void)addButton:(id)sender;
+- (void)constraints:(id)sender;
 @end
 
-static NSArray* keysOf(const PDEControlItem* table)
+// Closes a window by its title bar while its modal run goes on, and ends the run if that did not.
+@interface WindowCloser : NSObject
 {
-    NSMutableArray* keys = [NSMutableArray array];
-    for (; table->control != nil; ++table) {
-        if (table->ppdKey[0] != '\0')
-            [keys addObject:[NSString stringWithUTF8String:table->ppdKey]];
-    }
-    return keys;
+@public
+    NSWindow* window;
+    BOOL gaveUp;
 }
+@end
+@implementation WindowCloser
+- (void)wake
+{
+    [NSApp postEvent:[NSEvent otherEventWithType:NSApplicationDefined
+                                        location:NSZeroPoint
+                                   modifierFlags:0
+                                       timestamp:0
+                                    windowNumber:[window windowNumber]
+                                         context:nil
+                                         subtype:0
+                                           data1:0
+                                           data2:0]
+             atStart:NO];
+}
+- (void)close
+{
+    [window performClose:nil];
+    [self wake];
+}
+- (void)giveUp
+{
+    gaveUp = YES;
+    [NSApp stopModal];
+    [self wake];
+}
+@end
+
+namespace {
+
+void* pointerIn(id object, const char* name)
+{
+    void* value = nullptr;
+    object_getInstanceVariable(object, name, &value);
+    return value;
+}
+
+/// The profile window on the screen, without a modal run, and keys for it.
+class ProfileKeys : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        [harness.panel() panelView];
+        control = harness.outlet("profileControl");
+        [control initWithProfileControl];
+        window = [(NSObject*)control valueForKey:@"_profileManagementWindow"];
+        [window makeKeyAndOrderFront:nil];
+    }
+    void TearDown() override { [window orderOut:nil]; }
+
+    id part(NSString* outlet) { return [(NSObject*)control valueForKey:outlet]; }
+    int mode() { return [part(@"buttonIdentify") intValue]; }
+    bool focused(NSString* outlet) { return [window firstResponder] == part(outlet); }
+    void press(NSString* characters)
+    {
+        for (NSUInteger i = 0; i < [characters length]; ++i) {
+            NSString* key = [characters substringWithRange:NSMakeRange(i, 1)];
+            NSEvent* event = [NSEvent keyEventWithType:NSKeyDown
+                                              location:NSZeroPoint
+                                         modifierFlags:0
+                                             timestamp:0
+                                          windowNumber:[window windowNumber]
+                                               context:nil
+                                            characters:key
+                           charactersIgnoringModifiers:key
+                                             isARepeat:NO
+                                               keyCode:0];
+            // Through the queue, which makes it the current event.
+            [NSApp postEvent:event atStart:YES];
+            [NSApp sendEvent:[NSApp nextEventMatchingMask:NSKeyDownMask
+                                                untilDate:[NSDate distantFuture]
+                                                   inMode:NSDefaultRunLoopMode
+                                                  dequeue:YES]];
+        }
+    }
+    int ticked(NSInteger row)
+    {
+        NSTableView* table = part(@"_profileTableView");
+        return [[(id<NSTableViewDataSource>)control tableView:table
+                                    objectValueForTableColumn:[table tableColumnWithIdentifier:@"inmenu"]
+                                                          row:row] intValue];
+    }
+
+    // No list, and no helper.
+    Sandbox sandbox;
+    ScopedVariable root{"PDE_ROOT", sandbox.path().string()};
+    PanelHarness harness;
+    id<PanelParts> control = nil;
+    NSWindow* window = nil;
+};
+
+} // namespace
 
 TEST(Panel, IsOfferedToThePrintDialogOnly)
 {
@@ -43,94 +133,46 @@ TEST(Panel, LoadsOnceAndOnDemand)
     EXPECT_NE(view, nil);
     EXPECT_EQ([harness.panel() panelView], view);
     EXPECT_TRUE([[harness.panel() supportedPPDOptionKeys] isEqual:keys]);
-    ASSERT_EQ([keys count], 26u);
-    NSArray* expected = [keysOf(harness.advancedTable()) arrayByAddingObjectsFromArray:@[
-        @"VelQuickColor", @"VelBrightness", @"VelColorAsGray", @"VelEconoMode", @"VelEdgeType"
-    ]];
-    EXPECT_TRUE([keys isEqual:expected]) << [[keys description] UTF8String];
+    // The advanced keys come first.
+    EXPECT_STREQ([[keys objectAtIndex:0] UTF8String], "VelImageRGBSource");
+    EXPECT_STREQ([[keys lastObject] UTF8String], "VelEdgeType");
     EXPECT_STREQ([[harness.panel() panelKind] UTF8String], "vendor.quorvex.pde.R4270.velco");
     EXPECT_TRUE([harness.panel() shouldHide]);
 }
 
-TEST(Panel, BuildsTablesOfNineAndFortySixRows)
+TEST(Panel, GivesTheShownViewTheSizeThatTheContainerHasByThen)
 {
     PanelHarness harness;
     [harness.panel() panelView];
-    id<Switcher> switcher = harness.outlet("painChange");
-    EXPECT_EQ([switcher getControlCountEachView], 10 + 47);
-    NSMutableArray* all = [NSMutableArray array];
-    [harness.outlet("onAdvancedView") createPPDKeyNSArrayAdvance:all];
-    EXPECT_EQ([all count], 46u);
-    [all removeObject:@""];
-    EXPECT_EQ([all count], 21u);
-    [all removeAllObjects];
-    [harness.outlet("onColorView") createPPDKeyNSArray:all];
-    EXPECT_EQ([all count], 9u);
-    EXPECT_EQ([harness.outlet("tab_SwitchVew")
-                  indexOfTabViewItem:[harness.outlet("tab_SwitchVew") selectedTabViewItem]],
-              0);
-}
-
-TEST(Panel, ShowsOneViewAtATimeInTheContainersSize)
-{
-    PanelHarness harness;
-    [[harness.panel() panelView] setFrameOrigin:NSMakePoint(50, 60)];
-    id color = harness.outlet("onColorView");
-    id advanced = harness.outlet("onAdvancedView");
+    NSView *color = harness.outlet("onColorView"), *advanced = harness.outlet("onAdvancedView");
     NSView* container = [color superview];
-    ASSERT_NE(container, nil);
-    [harness.panel() willShow];
-    EXPECT_EQ([color superview], container);
-    EXPECT_EQ([advanced superview], nil);
-    id<Switcher> switcher = harness.outlet("painChange");
-    for (int round = 0; round < 3; ++round) {
+    id<PanelParts> switcher = harness.outlet("painChange");
+    for (CGFloat width : {700.0, 500.0, 640.0}) {
         [switcher ColorToAdvancedView:nil];
-        EXPECT_EQ([color superview], nil);
         EXPECT_EQ([advanced superview], container);
-        EXPECT_TRUE(NSEqualRects([advanced bounds], [container bounds]));
-        EXPECT_EQ([[container subviews] count], 1u);
+        EXPECT_EQ([color superview], nil);
+        [container setFrameSize:NSMakeSize(width, 400)];
         [switcher AdvancedToColorView:nil];
-        EXPECT_EQ([color superview], container);
         EXPECT_EQ([[container subviews] count], 1u);
+        EXPECT_TRUE(NSEqualRects([color frame], NSMakeRect(0, 0, width, 400)));
+        EXPECT_TRUE(NSEqualRects([color bounds], NSMakeRect(0, 0, width, 400)));
     }
-    [advanced setViewBounds:NSMakeRect(50, 60, 400, 300)];
-    EXPECT_TRUE(NSEqualRects([advanced bounds], NSMakeRect(0, 0, 400, 300)));
 }
 
-TEST(Panel, DoesNotSwitchBeforeTheTablesExist)
-{
-    id<Switcher> switcher = [[[[[NSBundle bundleForClass:PanelHarness::principalClass()]
-        classNamed:@"PainChangeController_5C1E9A20_6B4D_4F3A_9E21_3D7B8C0F4A16"] alloc] init] autorelease];
-    ASSERT_NE(switcher, nil);
-    [switcher ColorToAdvancedView:nil];
-    [switcher AdvancedToColorView:nil];
-    EXPECT_EQ([switcher getControlCountEachView], 0);
-}
-
-TEST(Panel, RestoresDefaultsFirstAndThenTheSettingsAndThenTheRules)
-{
-    PanelHarness harness(
-        "", @{
-            @"R4270" : @{@"Test_Queue" : @{@"VelQuickColor" : @"UserDefined", @"VelImageRGBSource" : @"None"}}
-        });
-    EXPECT_TRUE([harness.panel() restoreValuesAndReturnError:nullptr]);
-    EXPECT_EQ([harness.popup("menu_QuickColor") indexOfSelectedItem], 3);
-    EXPECT_EQ([harness.popup("menu_iRGBSource") indexOfSelectedItem], 0);
-    EXPECT_EQ([harness.popup("menu_EdgeStrength") indexOfSelectedItem], 2);
-    EXPECT_TRUE(harness.enabled("button_AdvanceColorOptions"));
-    EXPECT_FALSE(harness.enabled("menu_iRGBIntent"));
-}
-
-TEST(Panel, WritesOnlyTheAdvancedViewWhenPrinting)
+TEST(Panel, AppliesTheRulesToItsFirstViewAloneWhenQuickColorChanges)
 {
     PanelHarness harness;
     [harness.panel() restoreValuesAndReturnError:nullptr];
-    [harness.panel() saveValuesAndReturnError:nullptr];
-    harness.choose("menu_Brightness", 0);
-    harness.choose("menu_QuickColor", 2);
-    EXPECT_TRUE([harness.panel() shouldPrint]);
-    EXPECT_STREQ([[harness.queueSettings() objectForKey:@"VelBrightness"] UTF8String], "Normal");
-    EXPECT_STREQ([[harness.queueSettings() objectForKey:@"VelImageHalftone"] UTF8String], "Detail");
+    // Changed behind the rules' back: the action of Quick Color must not notice.
+    [harness.outlet("check_ColorAsGrayscale") setIntValue:1];
+    harness.choose("menu_QuickColor", 3);
+    EXPECT_TRUE(harness.enabled("button_AdvanceColorOptions"));
+    EXPECT_TRUE(harness.enabled("menu_iRGBSource"));
+    harness.choose("menu_QuickColor", -1);
+    EXPECT_FALSE(harness.enabled("button_AdvanceColorOptions"));
+    NSUInteger firstView = 5;
+    EXPECT_EQ([[[harness.panel() summaryInfo] objectForKey:@"Summary Display Order"] count], firstView - 1)
+        << "nothing is dictated, and Quick Color has no value";
 }
 
 TEST(Panel, SurvivesAnInterfaceWithoutAView)
@@ -145,17 +187,74 @@ TEST(Panel, SurvivesAnInterfaceWithoutAView)
     [harness.panel() willShow];
 }
 
-TEST(Panel, CutsStringsIntoPieces)
+TEST(Panel, IsDoneWithOnceWhicheverWayTheDialogSaysSo)
 {
-    EXPECT_NE(PanelHarness::principalClass(), nil);
-    struct Case {
-        const char* text;
-        const char* pieces;
-    };
-    for (const Case& c : {Case{"", ""}, Case{"ab", "ab"}, Case{"abc", "abc"}, Case{"abcd", "abc|d"},
-                          Case{"abcdef", "abc|def"}, Case{"abcdefg", "abc|def|g"}}) {
-        NSString* text = [NSString stringWithUTF8String:c.text];
-        NSArray* pieces = [(id)text splitCharEvery:3];
-        EXPECT_STREQ([[pieces componentsJoinedByString:@"|"] UTF8String], c.pieces);
+    for (bool closed : {true, false}) {
+        PanelHarness harness;
+        [harness.panel() panelView];
+        NSObject* callback = (NSObject*)pointerIn(harness.panel(), "pdePluginCallbackObject");
+        NSUInteger references = [callback retainCount];
+        if (closed)
+            [harness.panel() printWindowWillClose:nil];
+        [harness.panel() terminate];
+        [harness.panel() printWindowWillClose:nil];
+        EXPECT_EQ([callback retainCount], references - 1);
+        EXPECT_EQ(pointerIn(harness.panel(), "pdePluginCallbackObject"), nullptr);
+        EXPECT_EQ(pointerIn(harness.panel(), "compTable"), nullptr);
+        EXPECT_EQ(pointerIn(harness.outlet("profileControl"), "constTable"), nullptr);
+        [(id<PanelParts>)harness.panel() constraints:nil];
     }
+}
+
+TEST_F(ProfileKeys, EndTheEditAndNothingElse)
+{
+    NSInteger rows = [part(@"_profileTableView") numberOfRows];
+    [control addButton:nil];
+    press(@"\t");
+    EXPECT_TRUE(focused(@"_browse"));
+    press(@"\r");
+    EXPECT_TRUE([window isVisible] && mode() == 1) << "there is no name yet";
+    [window makeFirstResponder:part(@"_fileNameEdit")];
+    press(@"zz.icc\r");
+    EXPECT_TRUE([window isVisible] && mode() == 0);
+    EXPECT_EQ([part(@"_profileTableView") numberOfRows], rows + 1);
+    [control addButton:nil];
+    press(@"x\033");
+    EXPECT_TRUE([window isVisible] && mode() == 0);
+    EXPECT_EQ([part(@"_profileTableView") numberOfRows], rows + 1);
+    EXPECT_STREQ([[part(@"_fileNameEdit") stringValue] UTF8String], "");
+}
+
+TEST_F(ProfileKeys, TickTheSelectedProfile)
+{
+    NSInteger row = [part(@"_profileTableView") numberOfRows];
+    [control addButton:nil];
+    press(@"zz.icc\r");
+    [window makeFirstResponder:part(@"_profileTableView")];
+    press(@" ");
+    EXPECT_EQ(ticked(row), 1) << "none is selected";
+    [part(@"_profileTableView") selectRowIndexes:[NSIndexSet indexSetWithIndex:(NSUInteger)row]
+                            byExtendingSelection:NO];
+    press(@" ");
+    EXPECT_EQ(ticked(row), 0);
+    press(@" ");
+    EXPECT_EQ(ticked(row), 1);
+    [control addButton:nil];
+    [window makeFirstResponder:part(@"_profileTableView")];
+    press(@" ");
+    EXPECT_EQ(ticked(row), 1) << "an edit holds the selection";
+}
+
+TEST_F(ProfileKeys, ClosingTheWindowEndsItsRun)
+{
+    [window orderOut:nil];
+    WindowCloser* closer = [[[WindowCloser alloc] init] autorelease];
+    closer->window = window;
+    NSArray* modes = @[ NSModalPanelRunLoopMode ];
+    [closer performSelector:@selector(close) withObject:nil afterDelay:0.2 inModes:modes];
+    [closer performSelector:@selector(giveUp) withObject:nil afterDelay:10 inModes:modes];
+    [control showProfileManagementWindow:nil];
+    [NSObject cancelPreviousPerformRequestsWithTarget:closer];
+    EXPECT_FALSE(closer->gaveUp);
+    EXPECT_FALSE([window isVisible]);
 }

@@ -12,7 +12,8 @@ enum : SInt32 { kBrowsing = 0, kAdding = 1, kEditing = 2 };
 /// The profile management window: shows the three profile lists, one at a time, and lets a person tick, add,
 /// rename and delete profiles. It works on copies of the lists; only OK writes them back. Nothing that goes
 /// wrong is reported: what cannot be done leaves the window as it was. Main thread only.
-@interface ProfileControl : NSObject <NSTableViewDataSource, NSTableViewDelegate, NSWindowDelegate>
+@interface ProfileControl
+    : NSObject <NSTableViewDataSource, NSTableViewDelegate, NSTextFieldDelegate, NSWindowDelegate>
 {
     PMPrintSettings setting;
     PMPrintSession session;

@@ -14,6 +14,7 @@
 #include <array>
 #include <cstring>
 #include <initializer_list>
+#import <objc/runtime.h>
 
 namespace {
 
@@ -49,6 +50,8 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
     for (NSString* list in @[ @"RGB", @"SIM", @"DST" ])
         [_profileMenu addItemWithTitle:localizedText(list)];
     [_profileManagementWindow setDelegate:self];
+    [_fileNameEdit setDelegate:self];
+    [_profileNameEdit setDelegate:self];
     // What no text stands in front of. Not every toolkit speaks.
     SEL speak = NSSelectorFromString(@"setAccessibilityLabel:");
     if ([_profileTableView respondsToSelector:speak])
@@ -214,6 +217,15 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
     [_localCancel setKeyEquivalent:edits ? @"\033" : @""];
     [_windowOK setKeyEquivalent:edits ? @"" : @"\r"];
     [_windowCancel setKeyEquivalent:edits ? @"" : @"\033"];
+}
+
+/// A field of some toolkits keeps these keys to itself.
+- (BOOL)control:(NSControl*)control textView:(NSTextView*)textView doCommandBySelector:(SEL)command
+{
+    bool ends = sel_isEqual(command, @selector(insertNewline:)) ||
+                sel_isEqual(command, @selector(cancelOperation:)) ||
+                sel_isEqual(command, @selector(complete:));
+    return ends && [_profileManagementWindow performKeyEquivalent:[NSApp currentEvent]];
 }
 
 - (void)vProfileSettingsAllDisablePart

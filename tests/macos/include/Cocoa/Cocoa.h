@@ -278,6 +278,8 @@ extern "C" NSApplication* NSApp;
 - (NSRange)selectedRange;
 - (void)setSelectedRange:(NSRange)range;
 @end
+@interface NSTextView : NSText
+@end
 @interface NSBox : NSView
 - (NSString*)title;
 - (void)setTitle:(NSString*)title;
@@ -334,6 +336,10 @@ extern "C" NSApplication* NSApp;
                    row:(NSInteger)row
          mouseLocation:(NSPoint)location;
 - (void)tableViewSelectionDidChange:(NSNotification*)notification;
+@end
+@protocol NSTextFieldDelegate <NSObject>
+@optional
+- (BOOL)control:(NSControl*)control textView:(NSTextView*)view doCommandBySelector:(SEL)command;
 @end
 @protocol NSWindowDelegate <NSObject>
 @optional
