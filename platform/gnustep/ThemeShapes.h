@@ -20,6 +20,6 @@ void setSystemColors(BOOL dark);
 /// Puts the theme's own drawings in place of the toolkit's images: ticks, arrows, the program's icon.
 void setSystemImages();
 
-/// Runs a pop-up's list, which is on screen, until the user closes it; `selected` is highlighted first, -1 for
-/// none. The index of the chosen item, or -1.
+/// Runs a pop-up's list, which is on screen, until the user closes it; `selected` is highlighted first, -1
+/// for none. The index of the chosen item, or -1.
 NSInteger runList(NSMenuView* view, NSInteger selected);

@@ -49,6 +49,6 @@ std::string_view nameText(const char (&field)[kProfileNameSize]);
 /// and zeros after it. `text` counts up to its first NUL. With kProfileNameSize the field may be filled.
 void setNameText(char (&field)[kProfileNameSize], std::string_view text, size_t longest = kLongestName);
 
-/// The text of a name field as a list file can hold it: kLongestName bytes at most. The bytes that a cut left of its last character are
-/// left out. Nothing when the rest is no UTF-8 or holds a control character.
+/// The text of a name field as a list file can hold it: kLongestName bytes at most. The bytes that a cut left
+/// of its last character are left out. Nothing when the rest is no UTF-8 or holds a control character.
 std::optional<std::string> storableName(const char (&field)[kProfileNameSize]);

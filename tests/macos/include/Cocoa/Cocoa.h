@@ -13,7 +13,6 @@ typedef signed char BOOL; // on Intel; the compiler complains of more than with 
 typedef long NSInteger;
 typedef unsigned long NSUInteger;
 typedef double CGFloat;
-typedef double NSTimeInterval;
 typedef unsigned short unichar;
 typedef NSUInteger NSStringEncoding;
 typedef NSInteger NSModalResponse;
@@ -33,30 +32,22 @@ typedef struct {
 enum : NSStringEncoding {
     NSASCIIStringEncoding = 1,
     NSUTF8StringEncoding = 4,
-    NSISOLatin1StringEncoding = 5,
-    NSShiftJISStringEncoding = 8,
-    NSWindowsCP1252StringEncoding = 12,
-    NSMacOSRomanStringEncoding = 30,
+    NSISOLatin1StringEncoding = 5
 };
+enum : NSStringEncoding { NSShiftJISStringEncoding = 8, NSWindowsCP1252StringEncoding = 12 };
 // Deprecated there, and the only one that both toolkits have.
 enum : NSUInteger { NSCompositeSourceOver = 2 };
-enum : NSInteger { NSNotFound = 0x7FFFFFFFFFFFFFFF };
 enum : NSModalResponse { NSModalResponseOK = 1 };
 
-@class NSArray, NSBundle, NSData, NSDictionary, NSError, NSEvent, NSFont, NSImage, NSMenu, NSMenuItem;
-@class NSMutableArray, NSMutableDictionary, NSNotification, NSString, NSTableColumn, NSTableView, NSText,
-    NSURL;
-@class NSView, NSWindow;
+@class NSArray, NSBundle, NSDictionary, NSFont, NSImage, NSMenu, NSMenuItem, NSNotification, NSString, NSText;
+@class NSError, NSTableColumn, NSTableView, NSView;
 
 extern "C" {
 extern const NSRect NSZeroRect;
 NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat width, CGFloat height);
-NSSize NSMakeSize(CGFloat width, CGFloat height);
-NSPoint NSMakePoint(CGFloat x, CGFloat y);
 NSRange NSMakeRange(NSUInteger location, NSUInteger length);
 CGFloat NSMinX(NSRect);
 CGFloat NSMinY(NSRect);
-BOOL NSEqualRanges(NSRange, NSRange);
 void NSLogv(NSString* format, va_list);
 SEL NSSelectorFromString(NSString* name);
 }
@@ -95,9 +86,7 @@ __attribute__((objc_root_class))
 + (instancetype)stringWithCharacters:(const unichar*)characters length:(NSUInteger)length;
 - (instancetype)initWithUTF8String:(const char*)text;
 - (instancetype)initWithFormat:(NSString*)format arguments:(va_list)arguments;
-- (instancetype)initWithBytes:(const void*)bytes
-                       length:(NSUInteger)length
-                     encoding:(NSStringEncoding)encoding;
+- (instancetype)initWithBytes:(const void*)b length:(NSUInteger)count encoding:(NSStringEncoding)encoding;
 - (NSUInteger)length;
 - (unichar)characterAtIndex:(NSUInteger)index;
 - (void)getCharacters:(unichar*)buffer range:(NSRange)range;
@@ -165,7 +154,6 @@ __attribute__((objc_root_class))
 - (BOOL)instantiateWithOwner:(id)owner topLevelObjects:(NSArray**)objects;
 @end
 @interface NSEvent : NSObject
-- (NSTimeInterval)timestamp;
 - (NSString*)charactersIgnoringModifiers;
 @end
 @interface NSFont : NSObject
@@ -194,9 +182,6 @@ __attribute__((objc_root_class))
 @end
 @interface NSResponder : NSObject
 - (void)keyDown:(NSEvent*)event;
-- (BOOL)performKeyEquivalent:(NSEvent*)event;
-- (void)cancelOperation:(id)sender;
-- (void)insertNewline:(id)sender;
 - (void)complete:(id)sender;
 @end
 @interface NSView : NSResponder
@@ -204,8 +189,6 @@ __attribute__((objc_root_class))
 - (void)setBounds:(NSRect)rect;
 - (NSRect)frame;
 - (void)setFrame:(NSRect)rect;
-- (BOOL)isFlipped;
-- (void)drawRect:(NSRect)rect;
 - (NSArray*)subviews;
 - (void)addSubview:(NSView*)view;
 - (void)replaceSubview:(NSView*)old with:(NSView*)view;
@@ -227,7 +210,6 @@ __attribute__((objc_root_class))
 @interface NSApplication : NSResponder
 - (NSModalResponse)runModalForWindow:(NSWindow*)window;
 - (void)stopModal;
-- (NSEvent*)currentEvent;
 @end
 extern "C" NSApplication* NSApp;
 
@@ -247,8 +229,6 @@ extern "C" NSApplication* NSApp;
 - (NSString*)stringValue;
 - (void)setStringValue:(NSString*)text;
 - (void)setFont:(NSFont*)font;
-- (NSText*)currentEditor;
-- (void)performClick:(id)sender;
 - (void)textDidChange:(NSNotification*)notification;
 @end
 @interface NSButton : NSControl
@@ -299,8 +279,8 @@ extern "C" NSApplication* NSApp;
 - (id)headerCell;
 - (void)setHeaderToolTip:(NSString*)text;
 @end
-@protocol NSTableViewDataSource
-, NSTableViewDelegate;
+@protocol NSTableViewDataSource;
+@protocol NSTableViewDelegate;
 @interface NSTableView : NSControl
 - (id<NSTableViewDataSource>)dataSource;
 - (id<NSTableViewDelegate>)delegate;
@@ -316,19 +296,13 @@ extern "C" NSApplication* NSApp;
 @optional
 - (NSInteger)numberOfRowsInTableView:(NSTableView*)table;
 - (id)tableView:(NSTableView*)table objectValueForTableColumn:(NSTableColumn*)column row:(NSInteger)row;
-- (void)tableView:(NSTableView*)table
-    setObjectValue:(id)object
-    forTableColumn:(NSTableColumn*)column
-               row:(NSInteger)row;
+- (void)tableView:(NSTableView*)t setObjectValue:(id)o forTableColumn:(NSTableColumn*)c row:(NSInteger)r;
 @end
 @protocol NSTableViewDelegate <NSObject>
 @optional
 - (BOOL)selectionShouldChangeInTableView:(NSTableView*)table;
 - (BOOL)tableView:(NSTableView*)table shouldSelectRow:(NSInteger)row;
-- (void)tableView:(NSTableView*)table
-    willDisplayCell:(id)cell
-     forTableColumn:(NSTableColumn*)column
-                row:(NSInteger)row;
+- (void)tableView:(NSTableView*)t willDisplayCell:(id)o forTableColumn:(NSTableColumn*)c row:(NSInteger)r;
 - (NSString*)tableView:(NSTableView*)table
         toolTipForCell:(NSCell*)cell
                   rect:(NSRect*)rect
