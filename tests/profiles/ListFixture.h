@@ -82,23 +82,10 @@ inline std::vector<int32_t> codes(const ProfileList& list, int count)
     return result;
 }
 
-/// The text of a list file with one RGB class dictionary, given as XML, and two empty ones.
-inline std::string fileWithRgb(const std::string& entries)
+/// The text of a list file in which `xml` stands in place of the first value of `key`.
+inline std::string fileWith(const std::string& key, const std::string& xml, const ProfileList& rgb = {})
 {
-    std::string empty = "<dict>";
-    for (const char* field : kFieldKeys)
-        empty += std::string("<key>") + field + "</key><dict/>";
-    empty += "</dict>";
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict><key>RGB</key><dict>" +
-           entries + "</dict><key>SIM</key>" + empty + "<key>DST</key>" + empty + "</dict></plist>";
-}
-
-/// Entries of a class dictionary: `inMenu` and `fileName` are the XML inside those field dictionaries.
-inline std::string classEntries(const std::string& inMenu, const std::string& fileName = "",
-                                const std::string& others = "")
-{
-    return "<key>InMenu</key><dict>" + inMenu + "</dict><key>FileName</key><dict>" + fileName +
-           "</dict><key>IndexOnDevice</key><dict/><key>ProfileClass</key><dict/><key>Location</key><dict/>"
-           "<key>ProfileName</key><dict/>" +
-           others;
+    std::string text = listFileText(rgb, {}, {});
+    size_t at = text.find("<key>" + key + "</key>\n") + key.size() + 12;
+    return text.replace(at, text.find('\n', at) - at, xml);
 }

@@ -1,6 +1,8 @@
 #include "ListFixture.h"
 
 #include "profiles/HelperChannel.h"
+#include "profiles/ProfileEdits.h"
+#include "profiles/ProfilePath.h"
 
 namespace {
 
@@ -17,10 +19,7 @@ protected:
 
 std::string without(std::string text, const std::string& key)
 {
-    size_t at;
-    while ((at = text.find("<key>" + key + "</key>")) != std::string::npos)
-        text.replace(at + 5, key.size(), "other");
-    return text;
+    return text.replace(text.rfind("<key>" + key + "</key>") + 5, key.size(), "other");
 }
 
 } // namespace
@@ -36,8 +35,7 @@ TEST_F(ProfileListOperations, AMissingPartFailsWhereItIsRequired)
     EXPECT_EQ(VelPListReadProfile_Dict(&sim(), kSimList), -1);
     for (const char* field : kFieldKeys) {
         writeListFile(without(good, field));
-        EXPECT_EQ(readAll(), -1) << field;
-        EXPECT_EQ(VelPListReadProfile_Dict_Pap(&dst(), kDstList), -1) << field;
+        EXPECT_EQ(readAll() + VelPListReadProfile_Dict_Pap(&dst(), kDstList), -2) << field;
     }
     for (int32_t index : {-1, 3, INT32_MAX, INT32_MIN}) {
         EXPECT_EQ(VelPListReadProfile_Dict(&rgb(), index), -1);
@@ -86,45 +84,29 @@ TEST_F(ProfileListOperations, AQueueThatCannotBeWalkedHidesCode2AndKeepsItInFron
     EXPECT_EQ(sim().records[498].InMenu, 2);
 }
 
-TEST_F(ProfileListOperations, CleanKeepsListedPrinterEntriesAndSalvageMakesThemByHand)
+TEST_F(ProfileListOperations, TheStepsOfTheMergeCleanPadAndSalvage)
 {
     ProfileList list{};
     for (int32_t code = 0; code <= 6; ++code) {
         list.records[code] = record(code);
         list.records[code].IndexOnDevice = 0;
     }
-    list.records[7] = record(6);
-    list.records[8] = record(4, "");
-    list.records[8].IndexOnDevice = 0;
-    memset(list.records[8].FileName, 0, kProfileNameSize);
+    list.records[499] = record(3);
     list.iNum = 8;
     VelPListCleanProfile_Dict(&list);
-    EXPECT_EQ(codes(list, 9), (std::vector<int32_t>{0, 0, 0, 3, 3, 0, 0, 6, 4}));
+    EXPECT_EQ(codes(list, 7), (std::vector<int32_t>{0, 0, 0, 3, 3, 0, 0}));
     EXPECT_EQ(list.records[4].IndexOnDevice, 501);
-    EXPECT_EQ(list.records[5].TableColumn7, 0);
     EXPECT_EQ(list.iNum, 3) << "each cleared record lowers the count, a free one with a name too";
     list.records[4].FileName[0] = '\0';
-    list.records[8].IndexOnDevice = 1;
-    list.records[7].InMenu = kGoneListed;
-    VelPListSalvage_Dict(&list);
-    EXPECT_EQ(codes(list, 9), (std::vector<int32_t>{0, 0, 0, 6, 3, 0, 0, 6, 4})) << "salvaged";
-}
-
-TEST_F(ProfileListOperations, PaddingClosesHolesAndLeavesTheClassOfAFreedSlot)
-{
-    ProfileList list{};
-    list.records[1] = record(3);
-    list.records[3] = record(6);
-    list.records[499] = record(5);
-    list.iNum = 77;
     VelPListPaddingProfile_Dict(&list);
-    EXPECT_EQ(codes(list, 5), (std::vector<int32_t>{3, 6, 5, 0, 0}));
-    EXPECT_EQ(list.iNum, 77);
-    EXPECT_EQ(list.records[1].TableColumn7, 3) << "all seven fields move";
+    EXPECT_EQ(codes(list, 4), (std::vector<int32_t>{3, 3, 3, 0}));
+    EXPECT_EQ(list.records[2].TableColumn7, 3) << "all seven fields move";
     ProfileRecord freed{};
     freed.ProfileClass = 2;
-    EXPECT_EQ(memcmp(&list.records[499], &freed, sizeof freed), 0);
-    EXPECT_EQ(memcmp(&list.records[3], &freed, sizeof freed), 0);
+    EXPECT_EQ(memcmp(&list.records[499], &freed, sizeof freed), 0) << "but the class stays, too";
+    EXPECT_EQ(list.iNum, 3);
+    VelPListSalvage_Dict(&list);
+    EXPECT_EQ(codes(list, 4), (std::vector<int32_t>{6, 3, 6, 0})) << "one without a file name is left";
 }
 
 TEST_F(ProfileListOperations, ARefusedUserChangesNothingAndIsOnlyAsked)
@@ -161,18 +143,70 @@ TEST_F(ProfileListOperations, CommandsCarryTheirParametersInOrder)
     EXPECT_EQ(arguments(8), "velPListRemove_XPC|" + current);
 }
 
-TEST_F(ProfileListOperations, WritingOneListSendsTheStoredOthers)
+TEST(ProfileEdits, TickWithinThePairOfAState)
 {
-    ProfileList stored = listOf({record(4, "kept.icc")}), fresh = listOf({record(6, "new.icc")});
-    writeListFile(listFileText(stored, ProfileList{}, stored));
-    installHelper(kSayTrue);
-    const std::string kBeforePiece = "writeDataToPlistFile_XPC|" + fileUrl(currentListPath()) + "|";
-    ASSERT_EQ(VelPListWriteProfile_Dict(&fresh, kSimList, &rgb(), &sim(), &dst()), 0);
-    std::string sent;
-    for (int n = 2; !arguments(n + 1).empty(); ++n)
-        sent += arguments(n).erase(0, kBeforePiece.size());
-    std::erase(sent, '|');
-    EXPECT_EQ(sent, listFileText(stored, fresh, stored));
-    EXPECT_EQ(memcmp(&sim(), &fresh, sizeof fresh), 0);
-    EXPECT_EQ(nameText(dst().records[0].FileName), "kept.icc");
+    const int32_t hidden[] = {0, 1, 2, 1, 2, 5, 5, 7}, listed[] = {0, 3, 4, 3, 4, 6, 6, 7};
+    for (int32_t code = 0; code < 8; ++code) {
+        ProfileRecord ticked = record(code), cleared = ticked;
+        setListed(ticked, true);
+        setListed(cleared, false);
+        EXPECT_EQ(ticked.InMenu, listed[code]) << code;
+        EXPECT_EQ(cleared.InMenu, hidden[code]) << code;
+        EXPECT_EQ(isListed(record(code)), code == 3 || code == 4 || code == 6) << code;
+        EXPECT_EQ(isCustom(record(code)), code >= 1 && code <= 4) << code;
+        EXPECT_EQ(isOnPrinter(record(code)), code == 2 || code == 4) << code;
+    }
+}
+
+TEST(ProfileEdits, AListTakesFiveHundredAndClosesUpWhenOneGoes)
+{
+    auto list = std::make_unique<ProfileList>();
+    for (int i = 0; i < kProfileSlots; ++i)
+        appendCopy(*list, record(6, std::to_string(i)));
+    appendCopy(*list, record(1, "late"));
+    EXPECT_EQ(list->iNum, kProfileSlots);
+    EXPECT_EQ(addByHand(*list, recordByHand(kOnDisk)), nullptr);
+    removeRow(*list, 497);
+    EXPECT_EQ(nameText(list->records[498].FileName), "499");
+    EXPECT_EQ(list->records[499].InMenu, kFreeSlot);
+    EXPECT_EQ(addByHand(*list, recordByHand(kOnDisk)), &list->records[499]);
+    EXPECT_EQ(list->records[499].IndexOnDevice, 999);
+    EXPECT_EQ(list->records[499].TableColumn7, 3);
+    removeRecord(*list, list->records[7]);
+    EXPECT_EQ(nameText(list->records[7].FileName), "8");
+    EXPECT_EQ(list->iNum, 499);
+}
+
+TEST(ProfileEdits, AFileIsKnownByNameAndLocationExactly)
+{
+    ProfileList list = listOf({record(6, "a"), record(6, "a", kOnCard), record(6)});
+    setNameText(list.records[2].FileName, std::string(40, 'x'), kProfileNameSize);
+    EXPECT_TRUE(hasRowWithFile(list, "a", kOnDisk, -1));
+    EXPECT_FALSE(hasRowWithFile(list, "a", kOnDisk, 0));
+    EXPECT_TRUE(hasRowWithFile(list, std::string(32, 'x'), kOnDisk, -1)) << "32 bytes, no terminator";
+    EXPECT_EQ(findProfile(list, "a", kOnCard), &list.records[1]);
+    EXPECT_EQ(findProfile(list, "a", 0), &list.records[0]);
+    list.records[0].InMenu = kFreeSlot;
+    EXPECT_EQ(findProfile(list, "a", 0), &list.records[1]);
+}
+
+TEST(ProfilePath, CodingIsTheInverseOfDecodingAndNotHexadecimal)
+{
+    std::string all = "\xC3\xA9\xE6\x97\xA5\xF0\x9F\x8E\xA8";
+    for (char c = 0x7F; c > 0; --c)
+        all += c;
+    EXPECT_EQ(decodePrinterPath(encodePrinterPath(all)), all);
+    EXPECT_EQ(encodePrinterPath("/az\xFF"), "2?617:??");
+    EXPECT_EQ(decodePrinterPath("@1"), "\x01") << "48 + 16: the first character counts modulo 16";
+    EXPECT_EQ(decodePrinterPath("2?6"), "/") << "a character without a partner";
+    EXPECT_EQ(decodePrinterPath(std::string(1023, '2'))->size(), 511u);
+    for (const std::string& refused : {std::string(1024, '2'), std::string("2\xC3\xA9"), std::string("??")})
+        EXPECT_EQ(decodePrinterPath(refused), std::nullopt);
+    ProfileRecord full = record(3, "a.icc", kOnDisk);
+    EXPECT_EQ(printerPath(full), "/ata1a/data/USfiles/Profiles/a.icc");
+    full.Location = kOnCard;
+    EXPECT_EQ(printerPath(full), "/ataCf1a/data/USfiles/Profiles/a.icc");
+    full.Location = 0;
+    memset(full.FileName, 'f', kProfileNameSize);
+    EXPECT_EQ(printerPath(full), std::string(32, 'f')) << "a name without terminator";
 }
