@@ -1,4 +1,4 @@
-// The dialog on a queue of a real server, from the panel to what the printer's backend is given.
+// From the panel, by the system's own filters, to the bytes that the printer gets.
 #include "support/DialogScript.h"
 #include "support/PrivateCups.h"
 
@@ -7,9 +7,20 @@
 
 namespace {
 
-using nlohmann::json;
-
 const char* const kPpd = PDE_SOURCE_DIR "/printer/R4270.ppd";
+const char* const kSettings = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist "
+                              "version=\"1.0\"><dict><key>copies</key><string>2</string>"
+                              "<key>page-ranges</key><string>2-3</string>"
+                              "<key>Duplex</key><string>DuplexNoTumble</string></dict></plist>\n";
+
+/// PostScript of five pages that can be told from those of another document.
+std::string fivePages(const std::string& mark)
+{
+    std::string text = "%!PS-Adobe-3.0\n%%Pages: 5\n%%EndComments\n";
+    for (std::string page : {"1", "2", "3", "4", "5"})
+        text += "%%Page: " + page + " " + page + "\n(" + mark + page + ") pop showpage\n";
+    return text + "%%EOF\n";
+}
 
 class CupsPrint : public ::testing::Test {
 protected:
@@ -18,108 +29,112 @@ protected:
         if (!PrivateCups::installed())
             GTEST_SKIP() << "no CUPS server with its filters is installed";
         ASSERT_TRUE(cups_.addQueue("Office", kPpd)) << cups_.problem();
-        document_ = sandbox_.write("page.txt", "A page.\n");
     }
 
-    DialogRun dialog(const std::vector<std::string>& script)
+    /// Chooses in every pop-up what `choice` gives, ticks both boxes or neither, prints, and requires the
+    /// code of each of the 26 choices among the bytes.
+    std::string printed(const std::vector<std::string>& files, int (*choice)(int choices), bool boxes)
     {
-        return runDialog({"--printer", "Office", document_}, script);
+        std::string settings = sandbox_.write("settings.plist", kSettings);
+        std::vector<std::string> arguments = {"--printer", "Office", "--settings", settings};
+        arguments.insert(arguments.end(), files.begin(), files.end());
+        DialogRun look = runDialog({"--ppd", kPpd}, {"open", "keys", "controls"});
+        std::vector<std::string> script = {"open", "view", "restore", "choose menu_QuickColor 3"}, ticks;
+        std::vector<std::string> expected;
+        ppd_file_t* ppd = ppdOpenFile(kPpd);
+        for (const nlohmann::json& row : look[2]["controls"]) {
+            std::string field = row["field"], key = row["ppdKey"];
+            ppd_option_t* option = ppdFindOption(ppd, key.c_str());
+            if (option == nullptr)
+                continue;
+            bool isBox = option->ui == PPD_UI_BOOLEAN;
+            int index = key == "VelQuickColor" ? 3 : choice(option->num_choices);
+            if (isBox)
+                ticks.push_back("check " + field + (boxes ? " 1" : " 0"));
+            else
+                script.push_back("choose " + field + " " + std::to_string(index));
+            expected.push_back("%%BeginFeature: *" + key + " " +
+                               (isBox ? (boxes ? "True" : "False") : option->choices[index].choice) + "\n");
+        }
+        ppdClose(ppd);
+        EXPECT_EQ(expected.size(), look[1]["keys"].size());
+        script.insert(script.end(), ticks.begin(), ticks.end()); // they disable pop-ups
+        script.push_back("print");
+        DialogRun run = runDialog(arguments, script);
+        auto job = cups_.receivedJob(run[script.size() - 1].value("job", 0));
+        EXPECT_TRUE(job) << run.process.out << run.process.err << cups_.log();
+        for (const std::string& code : expected)
+            EXPECT_NE(job.value_or(PrivateCups::Job()).data.find(code), std::string::npos) << code;
+        return job.value_or(PrivateCups::Job()).data;
     }
 
     PrivateCups cups_;
     Sandbox sandbox_;
-    std::string document_;
 };
 
-/// For every option that the panel offers, the script line that chooses something else than its default,
-/// and the choice keyword that the line stands for.
-struct Choices {
-    std::vector<std::string> lines;
-    std::map<std::string, std::string> expected;
-};
-
-Choices otherThanDefault(const json& controls)
+int last(int choices)
 {
-    Choices choices;
-    std::vector<std::string> boxes;
-    ppd_file_t* ppd = ppdOpenFile(kPpd);
-    for (const json& row : controls["controls"]) {
-        std::string key = row["ppdKey"], field = row["field"];
-        ppd_option_t* option = ppdFindOption(ppd, key.c_str());
-        if (option == nullptr)
-            continue;
-        if (option->ui == PPD_UI_BOOLEAN) {
-            boxes.push_back("check " + field + " 1");
-            choices.expected[key] = "True";
-            continue;
-        }
-        // Not the first where that can be avoided: "None" and "Off" disable other pop-ups. Quick Color's last
-        // is the user's own choices; a preset would put others in their place.
-        int last = option->num_choices - 1;
-        int other = option->choices[last].choice == std::string(option->defchoice) ? 0 : last;
-        choices.lines.push_back("choose " + field + " " + std::to_string(other));
-        choices.expected[key] = option->choices[other].choice;
+    return choices - 1;
+}
+
+int second(int)
+{
+    return 1;
+}
+
+int count(const std::string& text, const std::string& part)
+{
+    int found = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        ++found;
+    return found;
+}
+
+/// Without the code of the panel's choices and what names the job.
+std::string rest(std::string text)
+{
+    for (const char* begin : {"%%BeginFeature: *Vel", "%%For", "%%Title", "%%CreationDate"})
+        for (size_t at; (at = text.find(begin)) != std::string::npos;)
+            text.erase(at, text.find(begin[2] == 'B' ? "%%EndFeature" : "\n", at) - at);
+    return text;
+}
+
+TEST_F(CupsPrint, PutsEveryChoiceThePagesTheCopiesAndDuplexIntoTheBytesOfAnyType)
+{
+    std::string lines, postScript = sandbox_.write("five.ps", fivePages("A"));
+    for (int i = 0; i < 300; ++i)
+        lines += "line\n";
+    ASSERT_EQ(runProcess({"ps2pdf", postScript, sandbox_ / "five.pdf"}).status, 0);
+    std::string text = sandbox_.write("five.txt", lines);
+    for (const std::string& file : {postScript, (sandbox_ / "five.pdf").string(), text}) {
+        std::string data = printed({file}, last, true);
+        EXPECT_EQ(count(data, "%%Page: "), 2) << file;
+        EXPECT_EQ(count(data, "numcopies(2)"), 1) << file;
+        EXPECT_EQ(count(data, "BeginFeature: *Duplex DuplexNoTumble"), 1) << file;
     }
-    ppdClose(ppd);
-    // Checked boxes disable pop-ups: they come last.
-    choices.lines.insert(choices.lines.end(), boxes.begin(), boxes.end());
-    return choices;
 }
 
-TEST_F(CupsPrint, TheBackendGetsTheChosenKeywordOfEveryOption)
+TEST_F(CupsPrint, ChangesNothingButTheCodeOfTheChoicesAndKeepsTheOrderOfFiles)
 {
-    DialogRun look = dialog({"open", "view", "restore", "controls"});
-    ASSERT_EQ(look.process.status, 0) << look.process.out << look.process.err;
-    Choices choices = otherThanDefault(look[3]);
-    ASSERT_EQ(choices.expected.size(), 26u);
-
-    std::vector<std::string> script = {"open", "view", "restore", "will-show"};
-    script.insert(script.end(), choices.lines.begin(), choices.lines.end());
-    script.push_back("print");
-    DialogRun run = dialog(script);
-    ASSERT_EQ(run.process.status, 0) << run.process.out << run.process.err;
-    int id = run.answers.back().value("job", 0);
-    ASSERT_GT(id, 0) << run.answers.back();
-
-    auto job = cups_.receivedJob(id);
-    ASSERT_TRUE(job) << cups_.log();
-    for (const auto& [key, choice] : choices.expected)
-        EXPECT_NE(job->data.find("%%BeginFeature: *" + key + " " + choice + "\n"), std::string::npos) << key;
+    std::vector<std::string> files = {sandbox_.write("z.ps", fivePages("Z")),
+                                      sandbox_.write("a.ps", fivePages("A"))};
+    std::string one = printed(files, last, true), other = printed(files, second, false);
+    EXPECT_LT(one.find("(Z2)"), one.find("(A2)"));
+    EXPECT_LT(one.find("(A3)"), one.size());
+    EXPECT_NE(one, other);
+    EXPECT_EQ(rest(one), rest(other));
 }
 
-TEST_F(CupsPrint, APresetPutsItsOwnAdvancedChoicesIntoTheJob)
+TEST_F(CupsPrint, RefusesAJobOfWhichAPartIsMissingAndAnUnknownQueue)
 {
-    DialogRun run = dialog({"open", "view", "restore", "will-show", "choose menu_QuickColor 2",
-                            "check check_EconomyPrint 1", "print"});
-    auto job = cups_.receivedJob(run.answers.back().value("job", 0));
-    ASSERT_TRUE(job) << run.process.out << run.process.err << cups_.log();
-    EXPECT_EQ(job->options["VelQuickColor"], "LineArt");
-    EXPECT_EQ(job->options["VelImageRenderIntent"], "Saturation");
-    EXPECT_EQ(job->options["VelImageHalftone"], "Detail");
-    EXPECT_EQ(job->options["VelTextEdgeEnhance"], "On");
-    EXPECT_EQ(job->options["VelGraphicsEdgeEnhance"], "Off");
-    EXPECT_EQ(job->options["VelEconoMode"], "true");
-    EXPECT_EQ(job->options["VelColorAsGray"], "false");
-}
-
-TEST_F(CupsPrint, WhatTheServerRefusesIsShownAsItSaysIt)
-{
-    ASSERT_TRUE(cups_.administer({"/usr/sbin/cupsreject", "Office"})) << cups_.problem();
-    DialogRun run = dialog({"open", "view", "restore", "print"});
-    EXPECT_EQ(run.process.status, 1);
-    EXPECT_NE(run[3].value("error", "").find("not accepting jobs"), std::string::npos) << run[3];
-}
-
-TEST_F(CupsPrint, AnUnknownQueueOrServerIsNamed)
-{
+    std::string page = sandbox_.write("a.ps", fivePages("A"));
+    DialogRun half = runDialog({"--printer", "Office", page, "/nowhere.ps"}, {"open", "print"});
+    EXPECT_NE(half[1].value("error", "").find("/nowhere.ps"), std::string::npos) << half[1];
+    DialogRun whole = runDialog({"--printer", "Office", page}, {"open", "print"});
+    EXPECT_EQ(whole[1].value("job", 0), 1) << "the first job of all";
     DialogRun unknown = runDialog({"--printer", "Nobody"}, {"open"});
     EXPECT_EQ(unknown.process.status, 1);
-    EXPECT_NE((unknown.process.out + unknown.process.err).find("Nobody"), std::string::npos);
-
-    cups_.stop();
-    DialogRun gone = dialog({"open"});
-    EXPECT_EQ(gone.process.status, 1);
-    EXPECT_NE((gone.process.out + gone.process.err).find("does not answer"), std::string::npos);
+    EXPECT_NE(unknown.process.err.find("Nobody"), std::string::npos) << unknown.process.err;
 }
 
 } // namespace

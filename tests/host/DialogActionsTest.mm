@@ -349,3 +349,14 @@ TEST_F(DialogActions, BeginsOnTheDefaultPrinterElseOnOneThatThePanelServes)
     cups_.stop();
     EXPECT_EQ(begins(), "") << "the sample printer";
 }
+
+TEST_F(DialogActions, StoresNoPresetOutsideItsFolder)
+{
+    Presets* presets = [[[Presets alloc] initWithFolder:@"presets/Some Model"] autorelease];
+    NSString* tooLong = [@"" stringByPaddingToLength:101 withString:@"x" startingAtIndex:0];
+    for (NSString* name in @[ @"", @"..", @"../x", @"a/b", @".hidden", @"line\nfeed", tooLong ])
+        EXPECT_FALSE([presets save:@{@"copies" : @"2"} name:name]) << [name UTF8String];
+    EXPECT_TRUE([presets save:@{@"copies" : @"2"} name:@"100 % \u00e9\u65e5"]);
+    EXPECT_TRUE(
+        std::filesystem::exists(home_ / "r4270-printdialog/presets/Some Model/100 % \u00e9\u65e5.plist"));
+}
