@@ -5,7 +5,6 @@
 #include "profiles/ProfileName.h"
 #include "support/SimulatedPrinter.h"
 
-#include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>
@@ -49,11 +48,6 @@ protected:
         return table;
     }
     static const ProfileRecord& spooled(int row) { return PlistForSpool.records[row - 1]; }
-    static bool spoolIsEmpty()
-    {
-        const char* bytes = reinterpret_cast<const char*>(&PlistForSpool);
-        return std::all_of(bytes, bytes + sizeof PlistForSpool, [](char byte) { return byte == 0; });
-    }
     /// How many requests the printer saw that begin like this.
     long asked(const std::string& request) const
     {
@@ -113,7 +107,7 @@ TEST_F(TableWalk, TouchesNoRowButTheObjectsOwn)
                              "8.1.500", "4294967295.1.1"})
         strays += "object " + name + " i 9\n";
     EXPECT_EQ(walk(strays, {}), 0);
-    EXPECT_TRUE(spoolIsEmpty());
+    EXPECT_EQ(memcmp(&PlistForSpool, std::make_unique<ProfileList>().get(), sizeof PlistForSpool), 0);
     for (const char* name : {"1.1.500", "1.77.500", "1.1.500.4", "1.4294967295.500"}) {
         EXPECT_EQ(walk(std::string("object ") + name + " i 9\n", {}), 0);
         EXPECT_EQ(spooled(500).IndexOnDevice, 9) << name;
@@ -135,24 +129,19 @@ TEST_F(TableWalk, EndsAsThePrinterMakesIt)
         int exitValue, variables, rows;
         Words options = {};
     } cases[] = {
-        {{}, 0, 14, 2},
         // Nobody's answers and half ones: alone they are none.
         {{"silent"}, 1, 0, 0},
         {{"from:127.0.0.2"}, 1, 0, 0},
         {{"from:127.0.0.1:" + std::to_string(freePort())}, 1, 0, 0},
-        {{"community:public"}, 1, 0, 0},
         {{"community:visla"}, 1, 0, 0},
         {{"community:vislaQ"}, 1, 0, 0},
         {{"version2"}, 1, 0, 0},
         {{"request-id"}, 1, 0, 0},
         {{"truncate:40"}, 1, 0, 0},
-        {{"truncate:0"}, 1, 0, 0},
         // What was read before stays.
         {{"silent", "--fault-after", "5"}, 1, 5, 2},
-        {{"twice"}, 0, 14, 2},
         {{"error:1", "--fault-after", "3"}, 2, 3, 2},
         {{"error:2", "--fault-after", "3"}, 0, 3, 2},
-        {{"error:255", "--fault-after", "3"}, 2, 3, 2},
         {{"type:128", "--fault-after", "3"}, 0, 4, 2},
         {{"type:129", "--fault-after", "3"}, 0, 4, 2},
         {{"type:130", "--fault-after", "3"}, 0, 4, 2},
@@ -168,8 +157,7 @@ TEST_F(TableWalk, EndsAsThePrinterMakesIt)
     };
     for (const auto& c : cases) {
         Words fault = c.fault;
-        if (!fault.empty())
-            fault.insert(fault.begin(), "--fault");
+        fault.insert(fault.begin(), "--fault");
         Words options = {"-t", "0.2"};
         options.insert(options.end(), c.options.begin(), c.options.end());
         std::string what = testing::PrintToString(c.fault) + testing::PrintToString(c.options);
@@ -247,8 +235,7 @@ TEST_F(TableWalk, LooksAheadQuicklyButGently)
 
 TEST_F(TableWalk, NoiseNeitherCrashesItNorHoldsIt)
 {
-    const char* wanted = getenv("PDE_NOISY_WALKS");
-    for (int seed = 1; seed <= (wanted != nullptr ? atoi(wanted) : 20); ++seed) {
+    for (int seed = 1; seed <= 20; ++seed) {
         int exitValue = walk(rows(8), {"--fault", "noise:" + std::to_string(seed)}, {"-t", "0.05"});
         EXPECT_TRUE(exitValue >= 0 && exitValue <= 2) << seed;
         EXPECT_LE(numprinted, kMaxWalkVariables);

@@ -24,20 +24,15 @@ ProcessResult ask(const std::string& command, const SimulatedPrinter& printer, c
     return runProcess(arguments, options);
 }
 
-/// The objects that a command showed, names relative to the table.
-Lines shownBy(const ProcessResult& result)
-{
-    std::istringstream shown(result.out);
-    Lines lines;
-    for (std::string line; std::getline(shown, line);)
-        if (line.starts_with("."))
-            lines.push_back(line.starts_with(kTable + ".") ? line.substr(kTable.size() + 1) : line);
-    return lines;
-}
-
+/// The objects that snmpwalk shows, names relative to the table.
 Lines walk(const SimulatedPrinter& printer)
 {
-    return shownBy(ask("snmpwalk", printer, {"AGENT", kTable}));
+    std::istringstream shown(ask("snmpwalk", printer, {"AGENT", kTable}).out);
+    Lines lines;
+    for (std::string line; std::getline(shown, line);)
+        if (line.starts_with(kTable))
+            lines.push_back(line.substr(kTable.size() + 1));
+    return lines;
 }
 
 const char* const kTwoProfiles = "# Two of them.\n"
@@ -45,22 +40,20 @@ const char* const kTwoProfiles = "# Two of them.\n"
                                  "\n"
                                  "profile 1 4 \"Büro\" \"OFFICE.ICC\" 1 9 -7\n";
 
-const Lines kTwoProfilesWalked = {
-    "1.1.1 = INTEGER: 1",
-    "1.1.2 = INTEGER: 2",
-    "2.1.1 = INTEGER: 4",
-    "2.1.2 = INTEGER: 5",
-    "3.1.1 = Hex-STRING: 42 C3 BC 72 6F ",
-    "3.1.2 = STRING: \"Coated \\\"A\\\" #1\"",
-    "4.1.1 = STRING: \"OFFICE.ICC\"",
-    "4.1.2 = STRING: \"C#1.ICC\"",
-    "5.1.1 = INTEGER: 1",
-    "5.1.2 = INTEGER: 3",
-    "6.1.1 = INTEGER: 9",
-    "6.1.2 = INTEGER: 0",
-    "7.1.1 = INTEGER: -7",
-    "7.1.2 = INTEGER: 0",
-};
+const Lines kTwoProfilesWalked = {"1.1.1 = INTEGER: 1",
+                                  "1.1.2 = INTEGER: 2",
+                                  "2.1.1 = INTEGER: 4",
+                                  "2.1.2 = INTEGER: 5",
+                                  "3.1.1 = Hex-STRING: 42 C3 BC 72 6F ",
+                                  "3.1.2 = STRING: \"Coated \\\"A\\\" #1\"",
+                                  "4.1.1 = STRING: \"OFFICE.ICC\"",
+                                  "4.1.2 = STRING: \"C#1.ICC\"",
+                                  "5.1.1 = INTEGER: 1",
+                                  "5.1.2 = INTEGER: 3",
+                                  "6.1.1 = INTEGER: 9",
+                                  "6.1.2 = INTEGER: 0",
+                                  "7.1.1 = INTEGER: -7",
+                                  "7.1.2 = INTEGER: 0"};
 
 } // namespace
 
@@ -68,9 +61,7 @@ TEST(SimulatedPrinter, ServesTheProfilesOfItsFileColumnByColumn)
 {
     SimulatedPrinter printer(kTwoProfiles);
     ASSERT_EQ(walk(printer), kTwoProfilesWalked) << printer.log();
-    for (const std::string& line : {kTwoProfilesWalked.front(), kTwoProfilesWalked.back()})
-        EXPECT_EQ(shownBy(ask("snmpget", printer, {"AGENT", kTable + "." + line.substr(0, line.find(' '))})),
-                  Lines{line});
+    EXPECT_EQ(ask("snmpget", printer, {"AGENT", kTable + ".7.1.1"}).out, kTable + ".7.1.1 = INTEGER: -7\n");
     for (const auto& [command, name] : {std::pair("snmpget", ".1.1.3"),
                                         {"snmpget", ""},
                                         {"snmpgetnext", ".7.1.2"},
@@ -112,20 +103,13 @@ TEST(SimulatedPrinter, SaysWhatItDoesNotTake)
          {},
          "/table:3: a line begins with \"profile\" or \"object\", not with \"profil\""},
         {"profile x", {}, "/table:1: the row is not a number in range: x"},
-        {"profile 1 99999999999", {}, "/table:1: the location is not a number in range"},
-        {"profile 1 4 Name", {}, "/table:1: the profile name is missing or not in double quotes"},
         {"profile 1 4 \"Name\" \"FILE", {}, "/table:1: the file name has no closing quote"},
-        {"profile 1 4 \"N\" \"F\" 1 2 3 4", {}, "/table:1: there is more in the line"},
         {"profile 1 4 \"N\" \"F\" 1\nprofile 1 4 \"N\" \"F\" 1", {}, "/table:2: row 1 is there already"},
         {"object 1.1.1", {}, "/table:1: an object has a name, the letter of a type and a value"},
-        {"object 1..1 i 5", {}, "/table:1: not a dotted object name: 1..1"},
         {"object 1.1.1 i five", {}, "/table:1: not a value of the type i: five"},
         {"", {"--port", std::to_string(printer.port())}, "Address already in use"},
         {"", {"--address", "192.0.2.1"}, "cannot listen at 192.0.2.1:"},
-        {"", {"--address", "printer.example"}, "not an IPv4 address: printer.example"},
-        {"", {"--fault", "sulk"}, "there is no fault \"sulk\""},
         {"", {"--fault", "error"}, "fault error: it takes a value"},
-        {"", {"--fault", "error:5x"}, "fault error: it takes a number from 0 to 1000000"},
         {"", {"--fault", "twice:1"}, "fault twice: it takes no value"},
         {"", {"another table"}, "another table"},
     };
@@ -144,13 +128,11 @@ TEST(SimulatedPrinter, SaysWhatItDoesNotTake)
 TEST(SimulatedPrinter, IsQuietAndLeavesTheSystemsSnmpFilesAlone)
 {
     Sandbox sandbox;
-    sandbox.write("snmp/r4270-printer.conf", "rocommunity public\n");
     sandbox.write("snmp/snmp.conf", "mibs :\nsomething odd\n");
     std::filesystem::create_directory(sandbox / "state");
     ProcessOptions options;
     options.environment = {"SNMPCONFPATH=" + (sandbox / "snmp").string(),
-                           "SNMP_PERSISTENT_DIR=" + (sandbox / "state").string(),
-                           "HOME=" + sandbox.path().string()};
+                           "SNMP_PERSISTENT_DIR=" + (sandbox / "state").string()};
     const ProcessResult result =
         runProcess({PDE_BUILD_DIR "/printer/r4270-printer", "--port", std::to_string(freePort()),
                     "--exit-after", "1", PDE_SOURCE_DIR "/printer/profiles.sample"},
