@@ -115,6 +115,19 @@ TEST_F(Discovery, TakesEveryCodeThroughTheTableOfTransitions)
         << "the freed ones are really gone, so this walk finds them anew";
 }
 
+TEST_F(Discovery, MarksEveryCodeBeforeTheMerge)
+{
+    const int32_t after[][7] = {{0, 1, 1, 3, 3, 5, 6}, {0, 0, 0, 3, 6, 5, 6}};
+    for (int failed : {0, 1}) {
+        auto list = std::make_unique<ProfileList>();
+        for (int32_t code = 0; code < 7; ++code)
+            list->records[493 + code].InMenu = code;
+        vDeleteMIBprofilesTemporary(failed, list.get());
+        for (int32_t code = 0; code < 7; ++code)
+            EXPECT_EQ(list->records[493 + code].InMenu, after[failed][code]) << code;
+    }
+}
+
 TEST_F(Discovery, FilesRowsByClassLocationAndName)
 {
     store({record("NO GOOD.ICC", kByHandListed), record("KEPT.ICC", kByHandListed),
