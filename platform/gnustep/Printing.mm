@@ -273,7 +273,10 @@ OSStatus PMPrintSettingsSetValue(PMPrintSettings settings, CFStringRef key, CFTy
 {
     if (settings == nullptr || key == nullptr)
         return kPMInvalidParameter;
-    [valuesOf(settings) setValue:(id)value forKey:(NSString*)key];
+    id kept = (id)value;
+    if ([kept isKindOfClass:[NSDictionary class]])
+        kept = [[[NSDictionary alloc] initWithDictionary:kept copyItems:YES] autorelease];
+    [valuesOf(settings) setValue:kept forKey:(NSString*)key];
     return kPMNoError;
 }
 

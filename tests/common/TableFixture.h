@@ -16,45 +16,41 @@ protected:
     ~TableFixture() override
     {
         freeControlTable(table);
-        [printer release];
-        [session release];
-        [settings release];
-        for (id control : controls)
-            [control release];
+        for (id object : owned)
+            [object release];
     }
 
-    NSPopUpButton* makePopup()
+    template <typename Object>
+    Object* own(Object* object)
     {
-        controls.push_back([[NSPopUpButton alloc] initWithFrame:NSMakeRect(0, 0, 200, 24) pullsDown:NO]);
-        return controls.back();
+        owned.push_back(object);
+        return object;
     }
 
-    NSButton* makeCheckBox()
-    {
-        NSButton* box = [[NSButton alloc] initWithFrame:NSMakeRect(0, 0, 200, 24)];
-        [box setButtonType:NSSwitchButton];
-        controls.push_back(box);
-        return box;
-    }
-
-    NSTextField* makeText()
-    {
-        controls.push_back([[NSTextField alloc] initWithFrame:NSMakeRect(0, 0, 200, 24)]);
-        return controls.back();
-    }
-
-    void openPpd(const std::string& text, NSString* queue = @"Queue")
+    void openPpd(const std::string& text)
     {
         auto file = sandbox.write("printer.ppd", text);
         NSString* error = nil;
-        printer = [[PMPrinterObject alloc] initWithIdentifier:queue
-                                                    deviceURI:nil
-                                                         file:[NSString stringWithUTF8String:file.c_str()]
-                                                        error:&error];
+        printer = own([[PMPrinterObject alloc] initWithIdentifier:@"Queue"
+                                                        deviceURI:nil
+                                                             file:[NSString stringWithUTF8String:file.c_str()]
+                                                            error:&error]);
         ASSERT_NE(printer, nil) << [error UTF8String];
-        session = [[PMSessionObject alloc] initWithPrinter:printer];
-        settings = [[PMSettingsObject alloc] init];
+        session = own([[PMSessionObject alloc] initWithPrinter:printer]);
+        settings = own([[PMSettingsObject alloc] init]);
         ppd = [printer ppdFile];
+    }
+
+    /// A row with a control of its kind: a pop-up, a check box or a text.
+    PDEControlItem row(SInt32 kind, const char* key, const char* summary = nullptr, SInt16 profileClass = 0)
+    {
+        Class type = kind == PDEControlKindPopup      ? [NSPopUpButton class]
+                     : kind == PDEControlKindCheckBox ? [NSButton class]
+                                                      : [NSTextField class];
+        id control = own((NSView*)[[type alloc] initWithFrame:NSMakeRect(0, 0, 200, 24)]);
+        if (kind == PDEControlKindCheckBox)
+            [control setButtonType:NSSwitchButton];
+        return {control, kind, key, "Brightness:", summary, kNoKey, profileClass};
     }
 
     /// Makes the table of these rows, whose menus are filled.
@@ -66,10 +62,10 @@ protected:
     }
 
     Sandbox sandbox;
+    std::vector<id> owned;
     PMPrinterObject* printer = nil;
     PMSessionObject* session = nil;
     PMSettingsObject* settings = nil;
     ppd_file_t* ppd = nullptr;
     PDEControlItem* table = nullptr;
-    std::vector<id> controls;
 };

@@ -7,51 +7,35 @@ protected:
     void SetUp() override
     {
         openPpd(samplePpd());
-        build({{makePopup(), PDEControlKindPopup, "VelQuickColor", nullptr, "Quick Color", kNoKey},
-               {makePopup(), PDEControlKindPopup, "VelBrightness", nullptr, "Brightness", kNoKey},
-               {makeCheckBox(), PDEControlKindCheckBox, "VelEconoMode", "EconoMode", "EconoMode", kNoKey},
-               {makePopup(), PDEControlKindPopup, "VelEdgeType", nullptr, "EdgeType", kNoKey}});
-        select({0, 0, 0, 0});
+        build({row(PDEControlKindPopup, "VelQuickColor", "Quick Color"),
+               row(PDEControlKindPopup, "VelBrightness", "Brightness"),
+               row(PDEControlKindCheckBox, "VelEconoMode", "EconoMode"),
+               row(PDEControlKindPopup, "VelEdgeType", "EdgeType")});
     }
 
-    void select(const std::vector<int>& values)
+    void save(const std::vector<int>& values)
     {
         for (size_t i = 0; i < values.size(); ++i)
             [PDECommon commonSetControlValueWithSInt32:&table[i] value:values[i]];
+        EXPECT_EQ([PDECommon commonSyncTicketFromPane:[settings handle] session:[session handle] table:table],
+                  0);
     }
 
-    std::vector<int> values()
+    std::vector<int> restored()
     {
+        [PDECommon commonSyncPaneFromTicket:[settings handle] session:[session handle] table:table];
         std::vector<int> result;
         for (SInt16 i = 0; hasRow(table, i); ++i)
             result.push_back([PDECommon commonGetControlValueWithSInt32:&table[i]]);
         return result;
-    }
-
-    int save()
-    {
-        return [PDECommon commonSyncTicketFromPane:[settings handle] session:[session handle] table:table];
-    }
-
-    std::vector<int> restoredFrom(NSDictionary* stored)
-    {
-        [settings replaceValues:stored];
-        EXPECT_EQ([PDECommon commonSyncPaneFromTicket:[settings handle] session:[session handle] table:table],
-                  0);
-        return values();
-    }
-
-    std::vector<int> restoredFromQueue(NSDictionary* choices)
-    {
-        return restoredFrom(@{@"R4270" : @{@"Queue" : choices}});
     }
 };
 
 TEST_F(Ticket, KeepsChoicesUnderModelAndQueueAndAtTheTop)
 {
     [settings replaceValues:@{@"Copies" : @3, @"R4270" : @{@"Other" : @{@"VelBrightness" : @"Darker"}}}];
-    select({1, 4, 1, 3});
-    EXPECT_EQ(save(), 0);
+    save({1, 0, 0, 1});
+    save({1, 4, 1, 3});
     NSDictionary* choices = @{
         @"VelQuickColor" : @"Photo",
         @"VelBrightness" : @"Darkest",
@@ -62,127 +46,76 @@ TEST_F(Ticket, KeepsChoicesUnderModelAndQueueAndAtTheTop)
     [expected setObject:@3 forKey:@"Copies"];
     [expected setObject:@{@"Other" : @{@"VelBrightness" : @"Darker"}, @"Queue" : choices} forKey:@"R4270"];
     EXPECT_TRUE([[settings values] isEqual:expected]) << [[[settings values] description] UTF8String];
+    EXPECT_EQ(restored(), (std::vector<int>{1, 4, 1, 3}));
 }
 
-TEST_F(Ticket, RestoresWhatItSavedForThisQueueOnly)
+TEST_F(Ticket, RestoresWhatThePpdKnowsAndElseTheValueBefore)
 {
-    select({2, 3, 1, 0});
-    save();
-    NSDictionary* stored = [[[settings values] copy] autorelease];
-    select({0, 0, 0, 3});
-    EXPECT_EQ(restoredFrom(stored), (std::vector<int>{2, 3, 1, 0}));
-    NSDictionary* elsewhere =
-        @{@"R4270" : @{@"Other" : [[stored objectForKey:@"R4270"] objectForKey:@"Queue"]}};
-    EXPECT_EQ(restoredFrom(elsewhere), (std::vector<int>{0, 2, 0, 2}));
+    struct Case {
+        NSDictionary* stored;
+        std::vector<int> restored;
+    };
+    NSDictionary* elsewhere = @{@"VelBrightness" : @"Darker"};
+    for (const Case& c : {
+             // From 1, 1, 1, 1. An absent key gives the default, what is no choice leaves the control.
+             Case{@{}, {0, 2, 0, 2}},
+             Case{@{@"VelQuickColor" : @"photo", @"VelBrightness" : @"Darker"}, {1, 3, 0, 2}},
+             Case{@{@"VelEconoMode" : @"TRUE"}, {0, 2, 1, 2}},
+             Case{@{@"VelEconoMode" : @"true"}, {0, 2, 1, 2}},
+             Case{@{@"VelEconoMode" : @"tRUE"}, {0, 2, 0, 2}},
+             Case{@{@"VelEconoMode" : @"1"}, {0, 2, 0, 2}},
+             // What is no text takes over the value of the row before; the first has none before it.
+             Case{@{@"VelQuickColor" : @"LineArt", @"VelBrightness" : @7}, {2, 2, 0, 2}},
+             Case{@{@"VelQuickColor" : @[], @"VelBrightness" : @"No", @"VelEconoMode" : @{}}, {1, 1, 1, 2}},
+             // An entry of the model's own name would take the place of all queues' choices.
+             Case{@{@"R4270" : @{@"Q" : @"x"}, @"VelQuickColor" : @"Photo"}, {1, 2, 0, 2}},
+         }) {
+        save({1, 1, 1, 1});
+        [settings replaceValues:@{@"R4270" : @{@"Queue" : c.stored, @"Other" : elsewhere}}];
+        EXPECT_EQ(restored(), c.restored) << [[c.stored description] UTF8String];
+        EXPECT_TRUE([[[[settings values] objectForKey:@"R4270"] objectForKey:@"Other"] isEqual:elsewhere]);
+    }
 }
 
-TEST_F(Ticket, ChecksEveryStoredValueAgainstThePpd)
+TEST_F(Ticket, DoesNothingWithoutAQueueOrWhereNoDictionaryStands)
 {
-    select({1, 1, 1, 1});
-    // Not a choice: stays. Boxes know three spellings of true; whatever else is text clears them.
-    EXPECT_EQ(restoredFromQueue(@{@"VelQuickColor" : @"photo", @"VelBrightness" : @"Darker"}),
-              (std::vector<int>{1, 3, 0, 2}));
-    for (NSString* word in @[ @"True", @"TRUE", @"true" ])
-        EXPECT_EQ(restoredFromQueue(@{@"VelEconoMode" : word})[2], 1);
-    for (NSString* word in @[ @"tRUE", @"1", @"", @"False" ])
-        EXPECT_EQ(restoredFromQueue(@{@"VelEconoMode" : word})[2], 0);
-}
-
-TEST_F(Ticket, CarriesTheValueOfTheRowBeforeOverAStoredValueThatIsNoText)
-{
-    EXPECT_EQ(restoredFromQueue(
-                  @{@"VelQuickColor" : @"LineArt",
-                    @"VelBrightness" : @7}),
-              (std::vector<int>{2, 2, 0, 2}));
-    // The first row has none before it, and a value that is no choice carries nothing on.
-    select({1, 1, 0, 0});
-    EXPECT_EQ(restoredFromQueue(@{
-                  @"VelQuickColor" : @[],
-                  @"VelBrightness" : @"No",
-                  @"VelEconoMode" : @{},
-                  @"VelEdgeType" : @"Strong"
-              }),
-              (std::vector<int>{1, 1, 0, 3}));
-}
-
-TEST_F(Ticket, DoesNothingWhereSomethingElseStandsInPlaceOfADictionary)
-{
-    for (NSDictionary* stored in @[
-             @{@"R4270" : @5},
-             @{@"R4270" : @[]},
-             @{@"R4270" : @{@"Queue" : @"text"}},
-             @{@"R4270" : @{@"Queue" : @[ @1 ], @"Other" : @{@"a" : @"b"}}}
-         ]) {
-        select({1, 1, 1, 1});
-        EXPECT_EQ(restoredFrom(stored), (std::vector<int>{1, 1, 1, 1}));
-        EXPECT_EQ(save(), 0);
+    for (NSDictionary* stored in
+         @[ @{@"R4270" : @5},
+            @{@"R4270" : @[]},
+            @{@"R4270" : @{@"Queue" : @"text"}} ]) {
+        [settings replaceValues:stored];
+        save({1, 1, 1, 1});
+        EXPECT_EQ(restored(), (std::vector<int>{1, 1, 1, 1}));
         EXPECT_TRUE([[settings values] isEqual:stored]) << [[[settings values] description] UTF8String];
     }
-}
-
-TEST_F(Ticket, KeepsAllQueuesWhenAnEntryHasTheModelsName)
-{
-    for (id odd in @[ @"text", @{@"Q" : @"x"}, @5 ]) {
-        NSDictionary* other = @{@"VelBrightness" : @"Darker"};
-        EXPECT_EQ(
-            restoredFrom(
-                @{@"R4270" : @{@"Queue" : @{@"R4270" : odd, @"VelQuickColor" : @"Photo"}, @"Other" : other}
-                })[0],
-            1);
-        EXPECT_EQ(save(), 0);
-        EXPECT_TRUE([[[[settings values] objectForKey:@"R4270"] objectForKey:@"Other"] isEqual:other]);
-        EXPECT_TRUE([[[settings values] objectForKey:@"VelEdgeType"] isEqual:@"Medium"]);
-    }
-}
-
-TEST_F(Ticket, WritesNothingForAPopupWithoutASelection)
-{
-    [table[1].control selectItemAtIndex:-1];
-    save();
-    EXPECT_EQ([[settings values] objectForKey:@"VelBrightness"], nil);
-    EXPECT_NE([[settings values] objectForKey:@"VelEdgeType"], nil);
-}
-
-TEST_F(Ticket, NeedsAQueue)
-{
-    [session release];
-    session = [[PMSessionObject alloc] initWithPrinter:nil];
-    EXPECT_EQ(save(), 0);
+    [settings replaceValues:@{}];
+    session = own([[PMSessionObject alloc] initWithPrinter:nil]);
+    save({1, 1, 1, 1});
     EXPECT_EQ([[settings values] objectForKey:@"VelEdgeType"], nil);
-    EXPECT_EQ([PDECommon commonGetPrintQueueName:[session handle]], nil);
 }
 
 TEST_F(Ticket, ReadsSessionDataThatIsANumber)
 {
     SInt32 handle = 9;
-    EXPECT_NE([PDECommon commonGetTicket:[session handle] kind:@"key" ticket:&handle], 0);
-    EXPECT_EQ(handle, 0);
-    [session setData:@42 forKey:@"key"];
-    EXPECT_EQ([PDECommon commonGetTicket:[session handle] kind:@"key" ticket:&handle], 0);
-    EXPECT_EQ(handle, 42);
-    for (id odd in @[ @"text", @5000000000ll, @-1.5 ]) {
-        [session setData:odd forKey:@"key"];
-        EXPECT_EQ([PDECommon commonGetTicket:[session handle] kind:@"key" ticket:&handle], -30889);
-        EXPECT_EQ(handle, 0);
+    NSNumber* number = own([[NSNumber alloc] initWithInt:424242]);
+    for (id data in @[ number, @"text", @5000000000ll, @-1.5 ]) {
+        [session setData:data forKey:@"key"];
+        NSUInteger references = [data retainCount];
+        EXPECT_EQ([PDECommon commonGetTicket:[session handle] kind:@"key" ticket:&handle],
+                  data == number ? 0 : -30889);
+        EXPECT_EQ(handle, data == number ? 424242 : 0);
+        EXPECT_EQ([data retainCount], references) << "what a Get call returns stays the session's";
     }
+    EXPECT_NE([PDECommon commonGetTicket:[session handle] kind:@"other" ticket:&handle], 0);
 }
 
-TEST_F(Ticket, SummarisesRowsThatHaveAValue)
+TEST_F(Ticket, SummarisesRowsThatHaveAValueAndSavesNoneThatHasNone)
 {
-    select({3, 0, 1, 1});
+    save({3, -1, 1, 1});
+    EXPECT_EQ([[settings values] objectForKey:@"VelBrightness"], nil);
     NSMutableDictionary* dict = [NSMutableDictionary dictionary];
     NSMutableArray* order = [NSMutableArray array];
-    EXPECT_EQ([PDECommon commonGetSummaryText:table adddict:dict addArray:order], 0);
-    EXPECT_TRUE(([order isEqual:@[ @"Quick Color", @"Brightness", @"EconoMode", @"EdgeType" ]]));
-    EXPECT_TRUE(([dict isEqual:@{
-        @"Quick Color" : @"Custom",
-        @"Brightness" : @"Lightest",
-        @"EconoMode" : @"On",
-        @"EdgeType" : @"Light"
-    }]));
-    [table[1].control selectItemAtIndex:-1];
-    [order removeAllObjects];
     EXPECT_EQ([PDECommon commonGetSummaryText:table adddict:dict addArray:order], -50);
-    EXPECT_EQ([order count], 3u);
-    EXPECT_EQ([PDECommon commonGetSummaryTextQuickColor:"X" itemName:nil adddict:dict addArray:order], -50);
+    EXPECT_TRUE(([order isEqual:@[ @"Quick Color", @"EconoMode", @"EdgeType" ]]));
+    EXPECT_TRUE(([dict isEqual:@{@"Quick Color" : @"Custom", @"EconoMode" : @"On", @"EdgeType" : @"Light"}]));
 }

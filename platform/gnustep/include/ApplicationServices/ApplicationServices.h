@@ -22,8 +22,8 @@ extern "C" {
 /// `value` is borrowed from the settings. Absent key: kPMKeyNotFound, `value` null.
 OSStatus PMPrintSettingsGetValue(PMPrintSettings settings, CFStringRef key, CFTypeRef* value);
 
-/// The settings retain `value`; null removes the key. Values are property-list objects. `locked` makes
-/// no difference.
+/// The settings keep `value`, of a dictionary a copy; null removes the key. Values are property-list objects.
+/// `locked` makes no difference.
 OSStatus PMPrintSettingsSetValue(PMPrintSettings settings, CFStringRef key, CFTypeRef value, Boolean locked);
 
 /// `printer` is borrowed from the session.
