@@ -62,15 +62,11 @@ TEST(SimulatedPrinter, ServesTheProfilesOfItsFileColumnByColumn)
     SimulatedPrinter printer(kTwoProfiles);
     ASSERT_EQ(walk(printer), kTwoProfilesWalked) << printer.log();
     EXPECT_EQ(ask("snmpget", printer, {"AGENT", kTable + ".7.1.1"}).out, kTable + ".7.1.1 = INTEGER: -7\n");
-    for (const auto& [command, name] : {std::pair("snmpget", ".1.1.3"),
-                                        {"snmpget", ""},
-                                        {"snmpgetnext", ".7.1.2"},
-                                        {"snmpset", ".1.1.1"}}) {
-        Lines more = {"AGENT", kTable + name};
-        if (std::string(command) == "snmpset")
-            more.insert(more.end(), {"i", "5"});
-        const ProcessResult result = ask(command, printer, more);
-        EXPECT_NE(result.err.find("noSuchName"), std::string::npos) << command << name << result.err;
+    for (const Lines& command :
+         {Lines{"snmpget", ".1.1.3"}, {"snmpgetnext", ".7.1.2"}, {"snmpset", ".1.1.1", "i", "5"}}) {
+        Lines more = {"AGENT", kTable + command[1]};
+        more.insert(more.end(), command.begin() + 2, command.end());
+        EXPECT_NE(ask(command[0], printer, more).err.find("noSuchName"), std::string::npos) << command[0];
     }
     printer.changeTable("profile 1 4 \"Name\" \"FILE.ICC\" 1\nprofile 2\n");
     EXPECT_NE(printer.log().find("table:2: the location is missing"), std::string::npos) << printer.log();
