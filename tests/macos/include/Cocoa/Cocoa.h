@@ -183,6 +183,9 @@ __attribute__((objc_root_class))
 @interface NSResponder : NSObject
 - (void)keyDown:(NSEvent*)event;
 - (void)complete:(id)sender;
+- (void)insertNewline:(id)sender;
+- (void)cancelOperation:(id)sender;
+- (BOOL)performKeyEquivalent:(NSEvent*)event;
 @end
 @interface NSView : NSResponder
 - (NSRect)bounds;
@@ -210,6 +213,7 @@ __attribute__((objc_root_class))
 @interface NSApplication : NSResponder
 - (NSModalResponse)runModalForWindow:(NSWindow*)window;
 - (void)stopModal;
+- (NSEvent*)currentEvent;
 @end
 extern "C" NSApplication* NSApp;
 
