@@ -156,8 +156,7 @@ std::optional<JobState> jobState(const std::string& queue, int id)
     if (ippFindAttribute(job.get(), "job-state", IPP_TAG_ENUM) == nullptr)
         return std::nullopt;
     JobState state{.phase = phaseOf(integerIn(job, "job-state")),
-                   .pages = integerIn(job, "job-impressions-completed"),
-                   .allPages = integerIn(job, "job-impressions")};
+                   .pages = integerIn(job, "job-impressions-completed")};
     Answer printer = attributesOf(server.get(), queue, 0);
     ipp_attribute_t* reasons = ippFindAttribute(printer.get(), "printer-state-reasons", IPP_TAG_KEYWORD);
     if (integerIn(printer, "printer-state") == IPP_PSTATE_STOPPED)

@@ -43,7 +43,6 @@ enum class JobPhase { Waiting, Held, Printing, Stopped, Cancelled, Aborted, Fini
 struct JobState {
     JobPhase phase = JobPhase::Waiting;
     int pages = 0;                           ///< printed so far
-    int allPages = 0;                        ///< 0 when the server does not know
     std::vector<std::string> printerReasons; ///< keywords of what keeps the printer; empty while it runs
 };
 

@@ -1,5 +1,6 @@
 #include "DialogController.h"
 
+#include "PageCount.h"
 #include "PrintProgress.h"
 #include "Prompts.h"
 #include "Text.h"
@@ -98,7 +99,8 @@
         [self showJobOptions];
     else
         followJob(queue_, result.id,
-                  [NSString stringWithFormat:localized(@"%@ on %@"), [self jobTitle], stringOf(queue_)]);
+                  [NSString stringWithFormat:localized(@"%@ on %@"), [self jobTitle], stringOf(queue_)],
+                  sidesOfJob([self printJob]));
     if (![self writeSettings])
         NSRunAlertPanel(localized(@"The print settings were not saved"), localized(@"%@ cannot be written."),
                         localized(@"OK"), nil, nil, stringOf(options_.settings));

@@ -62,6 +62,8 @@ enum DialogPage : NSInteger { kPanelPage, kPaperPage, kSummaryPage };
 - (void)finishPanelForPrinting;
 /// Submits the job. For a printer that is only a PPD nothing is sent: job 0 and no error.
 - (JobResult)submitJob;
+/// With the settings as they are.
+- (PrintJob)printJob;
 /// What is to be printed; empty without files.
 - (NSString*)jobTitle;
 - (NSString*)windowTitle;

@@ -251,7 +251,12 @@ static const NSTimeInterval kPause = 0.2;
 {
     if (queue_.empty())
         return {};
-    return submitJob({queue_, textOf([self jobTitle]), options_.files, [self jobOptions]});
+    return submitJob([self printJob]);
+}
+
+- (PrintJob)printJob
+{
+    return {queue_, textOf([self jobTitle]), options_.files, [self jobOptions]};
 }
 
 @end

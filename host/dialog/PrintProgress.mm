@@ -51,12 +51,13 @@ static NSString* textOfPhase(const JobState& state)
     return @"";
 }
 
-static NSString* textOf(const JobState& state)
+static NSString* textOf(const JobState& state, int allPages)
 {
     NSMutableArray* parts = [NSMutableArray arrayWithObject:textOfPhase(state)];
-    if (state.pages > 0 && state.allPages > 0)
-        [parts
-            addObject:[NSString stringWithFormat:localized(@"page %d of %d"), state.pages, state.allPages]];
+    if (state.pages > 0 && allPages > 0)
+        [parts addObject:[NSString stringWithFormat:localized(@"page %d of %d"), state.pages, allPages]];
+    else if (allPages > 0)
+        [parts addObject:[NSString stringWithFormat:localized(@"%d pages"), allPages]];
     else if (state.pages > 0)
         [parts addObject:[NSString stringWithFormat:localized(@"page %d"), state.pages]];
     for (const std::string& reason : state.printerReasons)
@@ -76,16 +77,18 @@ static NSString* textOf(const JobState& state)
     NSTimer* timer_;
     std::string queue_;
     int job_;
+    int pages_;
 }
 @end
 
 @implementation PrintProgress
 
-- (instancetype)initWithQueue:(const std::string&)queue job:(int)job title:(NSString*)title
+- (instancetype)initWithQueue:(const std::string&)queue job:(int)job title:(NSString*)title pages:(int)pages
 {
     self = [super init];
     queue_ = queue;
     job_ = job;
+    pages_ = pages;
     window_ = makeWindow(NSMakeSize(kWidth, kHeight), localized(@"Printing"));
     CGFloat inner = kWidth - 2 * kMargin;
     NSTextField* heading = makeLabel(NSMakeRect(kMargin, 96, inner, 20), title, NSLeftTextAlignment);
@@ -116,12 +119,12 @@ static NSString* textOf(const JobState& state)
 - (void)showState:(NSTimer*)timer
 {
     std::optional<JobState> state = jobState(queue_, job_);
-    NSString* text = state ? textOf(*state) : localized(@"the printing system does not answer");
+    NSString* text = state ? textOf(*state, pages_) : localized(@"the printing system does not answer");
     [text_ setStringValue:[NSString stringWithFormat:localized(@"Job %d: %@"), job_, text]];
     if (!state)
         return;
-    if (state->allPages > 0)
-        [bar_ setDoubleValue:100.0 * state->pages / state->allPages];
+    if (pages_ > 0)
+        [bar_ setDoubleValue:100.0 * state->pages / pages_];
     if (state->phase == JobPhase::Finished)
         [bar_ setDoubleValue:100];
     BOOL runs = state->phase == JobPhase::Waiting || state->phase == JobPhase::Printing;
@@ -163,9 +166,9 @@ static NSString* textOf(const JobState& state)
 
 @end
 
-void followJob(const std::string& queue, int job, NSString* title)
+void followJob(const std::string& queue, int job, NSString* title, int pages)
 {
-    PrintProgress* progress = [[PrintProgress alloc] initWithQueue:queue job:job title:title];
+    PrintProgress* progress = [[PrintProgress alloc] initWithQueue:queue job:job title:title pages:pages];
     [progress run];
     [progress release];
 }
