@@ -115,7 +115,6 @@ static NSString* textOf(const JobState& state, int allPages)
     [super dealloc];
 }
 
-/// A held job may wait for days: it is not followed.
 - (void)showState:(NSTimer*)timer
 {
     std::optional<JobState> state = jobState(queue_, job_);
@@ -127,9 +126,9 @@ static NSString* textOf(const JobState& state, int allPages)
         [bar_ setDoubleValue:100.0 * state->pages / pages_];
     if (state->phase == JobPhase::Finished)
         [bar_ setDoubleValue:100];
-    BOOL runs = state->phase == JobPhase::Waiting || state->phase == JobPhase::Printing;
-    [cancel_ setEnabled:state->phase < JobPhase::Cancelled];
-    if (!runs)
+    BOOL ended = state->phase >= JobPhase::Cancelled;
+    [cancel_ setEnabled:!ended];
+    if (ended)
         [timer_ invalidate];
 }
 

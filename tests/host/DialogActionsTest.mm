@@ -266,7 +266,7 @@ TEST_F(DialogActions, RemembersWhatAPrinterWasLastUsedWith)
     NSMutableDictionary* summary = [NSMutableDictionary dictionary];
     [[dialog_ paperPage] addToSummary:summary];
     EXPECT_TRUE([[summary objectForKey:@"Media Type"] isEqual:@"Thick Paper"]);
-    EXPECT_TRUE([summary objectForKey:@"Quick Color"] == nil) << "the panel's own are not offered twice";
+    EXPECT_EQ([[summary objectForKey:@"Summary Display Order"] count], 7u) << "none of the panel's own";
     print({"Close"});
     for (std::string queue : {"Office", "Hall"}) {
         bool same = queue == "Office";
@@ -309,6 +309,15 @@ TEST_F(DialogActions, NamesChoicesThatDoNotGoTogetherAndAsks)
     choosePaper({@"DuplexTumble", @"Labels"});
     EXPECT_EQ(std::string([[dialog_ noteConflict] UTF8String]),
               "Two-Sided: Short Edge does not go with Media Type: Labels");
+    choosePaper({@"None", @"Plain"});
+    for (const auto& [field, index] : {std::pair("menu_QuickColor", 3),
+                                       {"menu_sSimulationProfile", 1},
+                                       {"menu_EdgeStrength", 3},
+                                       {"check_ColorAsGrayscale", 1}})
+        set(field, index);
+    EXPECT_EQ(std::string([[dialog_ noteConflict] UTF8String]),
+              "Color as Grayscale: On does not go with Simulation Profile: SWOP Coated")
+        << "of two conflicts, the options of one";
     print({"Print", "Close"});
     EXPECT_TRUE(cups_.receivedJob(1)) << cups_.log();
 }
