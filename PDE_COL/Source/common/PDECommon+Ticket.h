@@ -41,3 +41,27 @@
                           table:(PDEControlItem*)table;
 
 @end
+
+/// A profile that is chosen in a profile pop-up, in a queue's dictionary of the print settings: under
+/// "<key>CustomFilename" the coded path on the printer, under "<key>Custom" "True" when a profile is chosen.
+/// Positions count the listed profiles of the row's list from 1. The list file is read on each call: the code
+/// is with the lists, in profiles/.
+@interface PDECommon (TicketProfiles)
+
+/// Position of the stored profile; 0 when it is not listed, -1 for a row without profiles or no dictionary.
++ (SInt16)commonGetTicketAddedProfile:(const PDEControlItem*)item dict:(NSDictionary*)dictionary;
+
+/// Stores the profile at a position; a position that no profile has stores an empty path. 0, or -1 as above.
++ (int)commonSetTicketAddedProfile:(const PDEControlItem*)item
+                              dict:(NSMutableDictionary*)dictionary
+                            select:(SInt16)position;
+
+/// The stored flag as it is, borrowed; nil when absent and for a row without profiles.
++ (id)commonGetTicketAddedProfileFlag:(const PDEControlItem*)item dict:(NSDictionary*)dictionary;
+
+/// Stores the flag on rows with profiles. Always 0.
++ (int)commonSetTicketAddedProfileFlag:(const PDEControlItem*)item
+                                  dict:(NSMutableDictionary*)dictionary
+                                  flag:(NSString*)flag;
+
+@end

@@ -4,7 +4,6 @@
 #include "common/PDECommon+ControlTable.h"
 #include "common/PDECommon+PPD.h"
 #include "common/StatusCodes.h"
-#include "profiles/PDECommon+Profiles.h"
 
 static bool isString(id object)
 {

@@ -114,6 +114,10 @@ static NSArray* menuTitles(const ProfileList& list, int* status)
     return status;
 }
 
+@end
+
+@implementation PDECommon (TicketProfiles)
+
 + (SInt16)commonGetTicketAddedProfile:(const PDEControlItem*)item dict:(NSDictionary*)dictionary
 {
     auto list = readListOf(item, dictionary);
