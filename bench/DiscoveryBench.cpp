@@ -86,7 +86,7 @@ void discover(benchmark::State& state, const char* reply)
 
 void everyDistance(benchmark::internal::Benchmark* benchmark)
 {
-    benchmark->Unit(benchmark::kMillisecond)->UseRealTime()->Arg(0)->Arg(1)->Arg(5)->Arg(20);
+    benchmark->Unit(benchmark::kMillisecond)->UseRealTime()->Arg(0)->Arg(1)->Arg(2)->Arg(5)->Arg(10)->Arg(20);
 }
 
 void walkInABareLoop(benchmark::State& state)

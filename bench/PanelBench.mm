@@ -1,117 +1,212 @@
-#include "InterfaceOwner.h"
-#include "panels/AdvancedColorOptions.h"
+#include "HostedPanel.h"
 
-#include "common/ControlTable.h"
 #include "common/PDECommon+ControlTable.h"
-#include "profiles/DriverPaths.h"
-#include "profiles/ListFixture.h"
+#include "panels/ControlTableView.h"
+#include "plugin/PDEPlugInInterface.h"
 #include "profiles/PDECommon+Profiles.h"
+#include "profiles/ProfileListFile.h"
+#include "profiles/ProfileName.h"
+#include "support/DriverRoot.h"
 
-#include <PrintingObjects.h>
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <fstream>
+#include <regex>
 #include <thread>
 
-// The advanced view with full profile lists: filling its seven profile pop-ups, and restoring seven profiles.
-// Needs a display.
+// The panel as a print dialog uses it, next to what the toolkit takes for the same. Needs a display.
 
 namespace {
 
-/// The view on the sample printer, with `count` profiles in each list.
+/// The sample printer's PPD with so many more choices for each menu of the driver.
+std::string ppdWithMoreChoices(int count)
+{
+    std::string more;
+    for (int i = 0; i < count; ++i)
+        more += "*$1 Choice" + std::to_string(i) + "/Choice " + std::to_string(i) + ": \"\"\n";
+    static const std::regex menu(R"(\*CloseUI: \*(Vel(?!ColorAsGray|EconoMode)\w+))");
+    return std::regex_replace(readFile(PDE_SOURCE_DIR "/printer/R4270.ppd"), menu, more + "$&");
+}
+
 class Bench {
 public:
-    explicit Bench(int count) : root_("PDE_ROOT", sandbox_.path().string())
+    /// `profiles` in each list, and so many more choices in each menu.
+    explicit Bench(int profiles, int moreChoices = 0)
+        : ppd_(files_.write("printer.ppd", ppdWithMoreChoices(moreChoices)))
     {
-        std::vector<ProfileRecord> records;
-        for (int i = 0; i < count; ++i)
-            records.push_back(record(kFoundListed, "PROFILE" + std::to_string(i) + ".ICC"));
-        auto list = std::make_unique<ProfileList>(listOf(records));
-        sandbox_.write(std::filesystem::path(currentListPath()).lexically_relative(sandbox_.path()),
-                       listFileText(*list, *list, *list));
-
-        view_ = [InterfaceOwner loadInterface]->onAdvancedView;
-        printer_ = [[PMPrinterObject alloc] initWithIdentifier:@"Queue"
-                                                     deviceURI:nil
-                                                          file:@PDE_SOURCE_DIR "/printer/R4270.ppd"
-                                                         error:nullptr];
-        session_ = [[PMSessionObject alloc] initWithPrinter:printer_];
-        settings_ = [[PMSettingsObject alloc] init];
-        [view_ setPMPrint:[settings_ handle] session:[session_ handle]];
-        [view_ setPPDFile:[printer_ ppdFile]];
-        [view_ createPDEControlTable];
+        auto list = std::make_unique<ProfileList>();
+        for (list->iNum = 0; list->iNum < profiles; ++list->iNum) {
+            ProfileRecord& record = list->records[list->iNum];
+            record = {list->iNum + 1, kFoundListed, 2, {}, {}, kOnDisk, 3};
+            setNameText(record.FileName, "PROFILE" + std::to_string(list->iNum) + ".ICC");
+            setNameText(record.ProfileName, "Office Proof Coated " + std::to_string(list->iNum));
+        }
+        std::ofstream(currentListPath()) << listFileText(*list, *list, *list);
+        ageListFile();
+        close();
+        open();
     }
 
     ~Bench()
     {
-        [view_ deallocPDEControlTable];
-        [settings_ release];
-        [session_ release];
-        [printer_ release];
+        [window_ release];
+        hosted_.reset();
         [pool_ drain];
     }
 
-    AdvancedColorOptions* view() { return view_; }
-    PDEControlItem* table() { return [view_ getControlData]; }
-    void fillFromPpd() { [PDECommon commonBuildPDEItem:table() ppdfile:[printer_ ppdFile]]; }
-    void addProfiles() { (void)[PDECommon commonAddMenuFromProfilePlist:table()]; }
-
-    /// The rows that offer profiles.
-    std::vector<const PDEControlItem*> profileRows()
+    /// What a dialog does up to the first picture of the panel.
+    void open()
     {
-        std::vector<const PDEControlItem*> rows;
-        for (SInt16 i = 0; hasRow(table(), i); ++i) {
-            if (table()[i].profileClass != kNoProfiles)
-                rows.push_back(&table()[i]);
+        NSView* view = [panel() panelView];
+        [panel() willShow];
+        [panel() restoreValuesAndReturnError:nullptr];
+        draw(view);
+    }
+
+    void close()
+    {
+        [window_ setContentView:[[[NSView alloc] init] autorelease]];
+        hosted_ = std::make_unique<HostedPanel>(ppd_);
+    }
+
+    void draw(NSView* view)
+    {
+        [window_ setContentView:view];
+        [window_ display];
+        [[window_ graphicsContext] flushGraphics];
+    }
+
+    id<PDEPanelProtocol> panel() { return hosted_->panel(); }
+
+    PDEControlItem* table() { return [(ControlTableView*)hosted_->part(@"onAdvancedView") getControlData]; }
+
+    std::vector<NSPopUpButton*> profileMenus()
+    {
+        std::vector<NSPopUpButton*> menus;
+        for (const PDEControlItem* row = table(); row->kind != PDEControlKindEnd; ++row) {
+            if (row->profileClass != kNoProfiles)
+                menus.push_back(row->control);
         }
-        return rows;
+        return menus;
     }
 
     /// A file that changed within the last tick of its clock would be parsed more than once.
-    void makeListFileNew(benchmark::State& state)
+    static void ageListFile() { std::this_thread::sleep_for(std::chrono::milliseconds(12)); }
+
+    static void changeListFile()
     {
-        state.PauseTiming();
         std::filesystem::last_write_time(currentListPath(), std::filesystem::file_time_type::clock::now());
-        std::this_thread::sleep_for(std::chrono::milliseconds(12));
-        state.ResumeTiming();
+        ageListFile();
     }
 
 private:
-    Sandbox sandbox_;
-    ScopedVariable root_;
     NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    AdvancedColorOptions* view_ = nil;
-    PMPrinterObject* printer_ = nil;
-    PMSessionObject* session_ = nil;
-    PMSettingsObject* settings_ = nil;
+    DriverRoot root_;
+    Sandbox files_;
+    std::filesystem::path ppd_;
+    std::unique_ptr<HostedPanel> hosted_;
+    NSWindow* window_ = [[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, 600, 500)
+                                                    styleMask:NSTitledWindowMask
+                                                      backing:NSBackingStoreBuffered
+                                                        defer:NO];
 };
+
+/// The interface file with the toolkit's own class in the place of each of the plug-in's, which has none of
+/// the outlets.
+std::string plainInterface()
+{
+    static const std::regex outlet(R"(<outlet property="(?!pdeMainView|onColorView)[^>]*/>)");
+    static const std::regex ours(R"((customClass=")(\w+_5C1E\w+))");
+    std::string file =
+        std::regex_replace(readFile(PDE_SOURCE_DIR "/PDE_COL/Resources/PDEMain.xib"), outlet, "");
+    for (std::smatch match; std::regex_search(file, match, ours);) {
+        Class used = NSClassFromString([NSString stringWithUTF8String:match.str(2).c_str()]);
+        while ([NSStringFromClass(used) rangeOfString:@"_5C1E"].location != NSNotFound)
+            used = [used superclass];
+        file =
+            match.prefix().str() + match.str(1) + [NSStringFromClass(used) UTF8String] + match.suffix().str();
+    }
+    return file;
+}
+
+} // namespace
+
+/// Takes the outlets of the interface file.
+@interface PlainOwner : NSObject
+{
+@public
+    NSView* pdeMainView;
+    NSView* onColorView;
+}
+@end
+
+@implementation PlainOwner
+@end
+
+namespace {
+
+void openPanel(benchmark::State& state)
+{
+    Bench bench(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
+    for (auto _ : state) {
+        @autoreleasepool {
+            state.PauseTiming();
+            bench.close();
+            state.ResumeTiming();
+            bench.open();
+        }
+    }
+}
+BENCHMARK(openPanel)->Args({0, 0})->Args({50, 0})->Args({500, 0})->Args({0, 300})->Unit(
+    benchmark::kMillisecond);
+
+/// The same interface file with plain views, drawn: the toolkit's share.
+void openPlainInterface(benchmark::State& state)
+{
+    Bench bench(0);
+    Sandbox sandbox;
+    NSString* path = [NSString stringWithUTF8String:sandbox.write("Plain.xib", plainInterface()).c_str()];
+    for (auto _ : state) {
+        @autoreleasepool {
+            NSNib* nib = [[[NSNib alloc] initWithContentsOfURL:[NSURL fileURLWithPath:path]] autorelease];
+            PlainOwner* owner = [[[PlainOwner alloc] init] autorelease];
+            [nib instantiateWithOwner:owner topLevelObjects:nullptr];
+            if (owner->onColorView == nil)
+                state.SkipWithError("the interface file has no view");
+            [owner->pdeMainView addSubview:owner->onColorView];
+            bench.draw(owner->pdeMainView);
+        }
+    }
+}
+BENCHMARK(openPlainInterface)->Unit(benchmark::kMillisecond);
 
 void fillSevenPopUps(benchmark::State& state)
 {
     Bench bench(static_cast<int>(state.range(0)));
+    Class common = NSClassFromString(@"PDECommon_5C1E9A20_6B4D_4F3A_9E21_3D7B8C0F4A16");
     for (auto _ : state) {
         @autoreleasepool {
             state.PauseTiming();
-            bench.fillFromPpd();
+            for (NSPopUpButton* popup : bench.profileMenus())
+                [popup removeAllItems];
             state.ResumeTiming();
-            bench.addProfiles();
+            (void)[common commonAddMenuFromProfilePlist:bench.table()];
         }
     }
 }
-BENCHMARK(fillSevenPopUps)->Arg(0)->Arg(50)->Arg(kProfileSlots)->Unit(benchmark::kMillisecond);
+BENCHMARK(fillSevenPopUps)->Arg(0)->Arg(50)->Arg(500)->Unit(benchmark::kMillisecond);
 
 /// The same titles, added one by one as the toolkit offers it.
 void fillSevenPopUpsOneByOne(benchmark::State& state)
 {
-    Bench bench(static_cast<int>(state.range(0)));
-    bench.fillFromPpd();
-    bench.addProfiles();
+    Bench bench(500);
     std::vector<NSArray*> titles;
-    for (const PDEControlItem* row : bench.profileRows())
-        titles.push_back([row->control itemTitles]);
+    for (NSPopUpButton* popup : bench.profileMenus())
+        titles.push_back([popup itemTitles]);
     for (auto _ : state) {
         @autoreleasepool {
             for (size_t i = 0; i < titles.size(); ++i) {
-                NSPopUpButton* popup = bench.profileRows()[i]->control;
+                NSPopUpButton* popup = bench.profileMenus()[i];
                 [popup removeAllItems];
                 for (NSString* title in titles[i])
                     [popup addItemWithTitle:title];
@@ -119,50 +214,61 @@ void fillSevenPopUpsOneByOne(benchmark::State& state)
         }
     }
 }
-BENCHMARK(fillSevenPopUpsOneByOne)->Arg(50)->Arg(kProfileSlots)->Unit(benchmark::kMillisecond);
+BENCHMARK(fillSevenPopUpsOneByOne)->Unit(benchmark::kMillisecond)->Iterations(1);
 
-/// Restoring a view whose seven profile rows hold the last profile of their list.
-void restore(benchmark::State& state, bool newFile)
+/// One call of the panel whose seven profile menus hold the last profile of their list.
+template <typename Call>
+void callPanel(benchmark::State& state, Call call, bool listFileChanges = false)
 {
-    Bench bench(kProfileSlots);
-    [bench.view() createPDEItemForPPDKey];
-    for (const PDEControlItem* row : bench.profileRows())
-        [row->control selectItemAtIndex:[row->control numberOfItems] - 1];
-    [bench.view() setControlValueToTicket];
+    Bench bench(static_cast<int>(state.range(0)));
+    for (NSPopUpButton* popup : bench.profileMenus())
+        [popup selectItemAtIndex:[popup numberOfItems] - 1];
+    [bench.panel() saveValuesAndReturnError:nullptr];
     for (auto _ : state) {
         @autoreleasepool {
-            if (newFile)
-                bench.makeListFileNew(state);
-            [bench.view() getControlValueFromTicket];
+            if (listFileChanges) {
+                state.PauseTiming();
+                Bench::changeListFile();
+                state.ResumeTiming();
+            }
+            call(bench.panel());
         }
     }
-    for (const PDEControlItem* row : bench.profileRows()) {
-        if ([row->control indexOfSelectedItem] != [row->control numberOfItems] - 1)
+    for (NSPopUpButton* popup : bench.profileMenus()) {
+        if ([popup indexOfSelectedItem] != [popup numberOfItems] - 1)
             state.SkipWithError("a profile was not restored");
     }
 }
 
-void restoreWithANewFile(benchmark::State& state)
+void restore(id<PDEPanelProtocol> panel)
 {
-    restore(state, true);
+    [panel restoreValuesAndReturnError:nullptr];
 }
-BENCHMARK(restoreWithANewFile)->Unit(benchmark::kMillisecond);
 
-void restoreWithAnUnchangedFile(benchmark::State& state)
+void everySize(benchmark::internal::Benchmark* benchmark)
 {
-    restore(state, false);
+    benchmark->Unit(benchmark::kMillisecond)->Arg(0)->Arg(50)->Arg(500);
 }
-BENCHMARK(restoreWithAnUnchangedFile)->Unit(benchmark::kMillisecond);
-
-/// One parse of the same file, to see how many of them a restore takes.
-void parseANewFile(benchmark::State& state)
-{
-    Bench bench(kProfileSlots);
-    for (auto _ : state) {
-        bench.makeListFileNew(state);
-        benchmark::DoNotOptimize(currentLists());
-    }
-}
-BENCHMARK(parseANewFile)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(callPanel, restore, restore)->Apply(everySize);
+BENCHMARK_CAPTURE(callPanel, restoreWithANewFile, restore, true)->Apply(everySize);
+BENCHMARK_CAPTURE(callPanel, save, [](id<PDEPanelProtocol> panel) {
+    [panel saveValuesAndReturnError:nullptr];
+})->Apply(everySize);
+BENCHMARK_CAPTURE(callPanel, summary, [](id<PDEPanelProtocol> panel) {
+    (void)[panel summaryInfo];
+})->Apply(everySize);
+BENCHMARK_CAPTURE(callPanel, rules, [](id<PDEPanelProtocol> panel) { [(id)panel constraints:nil]; })
+    ->Arg(500)
+    ->Unit(benchmark::kMicrosecond);
 
 } // namespace
+
+int main(int argc, char** argv)
+{
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    [NSApplication sharedApplication];
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    [pool drain];
+    return 0;
+}

@@ -1,14 +1,14 @@
-#include "profiles/DriverPaths.h"
 #include "profiles/HelperChannel.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
-#include "support/Sandbox.h"
+#include "support/DriverRoot.h"
+#include "support/Process.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <fcntl.h>
-#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <pugixml.hpp>
 #include <spawn.h>
@@ -19,59 +19,35 @@
 #endif
 
 // Every figure of the profile store next to the one it is measured against, in one run. Three lists of 500
-// profiles each throughout.
+// profiles each where no other number is given.
 
 namespace {
 
-std::unique_ptr<ProfileList[]> fullLists()
+std::unique_ptr<ProfileList[]> listsOf(int count)
 {
     auto lists = std::make_unique<ProfileList[]>(kProfileListCount);
     for (int index = 0; index < kProfileListCount; ++index) {
-        for (int slot = 0; slot < kProfileSlots; ++slot) {
+        for (int slot = 0; slot < count; ++slot) {
             ProfileRecord& record = lists[index].records[slot];
             record = {kProfileSlots + slot, kByHandListed, 2, {}, {}, kOnDisk, 3};
             setNameText(record.FileName, "profile-" + std::to_string(slot) + ".icc");
             setNameText(record.ProfileName, "Office Proof Coated " + std::to_string(slot));
         }
-        lists[index].iNum = kProfileSlots;
+        lists[index].iNum = count;
     }
     return lists;
 }
 
-const std::string& fullText()
+std::string textOf(const ProfileList* lists)
 {
-    static const std::string text = [] {
-        auto lists = fullLists();
-        return listFileText(lists[kRgbList], lists[kSimList], lists[kDstList]);
-    }();
-    return text;
+    return listFileText(lists[kRgbList], lists[kSimList], lists[kDstList]);
 }
 
-/// The current list in a scratch root, with the helper of this build where it belongs.
-class DriverRoot {
-public:
-    DriverRoot() : helper_(helperExecutable()), variable_("PDE_ROOT", sandbox_.path().string())
-    {
-        std::filesystem::create_directories(preferencesFolder());
-        std::filesystem::path program = helperExecutable();
-        std::filesystem::create_directories(program.parent_path());
-        if (std::filesystem::exists(helper_))
-            std::filesystem::copy_file(helper_, program);
-        writeList();
-    }
-
-    void writeList() const
-    {
-        std::filesystem::path path = currentListPath();
-        std::filesystem::remove(path);
-        sandbox_.write(path.lexically_relative(sandbox_.path()), fullText());
-    }
-
-private:
-    Sandbox sandbox_;
-    std::string helper_;
-    ScopedVariable variable_;
-};
+const std::string& fullText()
+{
+    static const std::string text = textOf(listsOf(kProfileSlots).get());
+    return text;
+}
 
 void runTrue()
 {
@@ -83,12 +59,6 @@ void runTrue()
         waitpid(child, nullptr, 0);
 }
 
-void readAllLists(benchmark::State& state, ProfileList* lists)
-{
-    if (VelPListReadProfile_All(&lists[kRgbList], &lists[kSimList], &lists[kDstList]) != 0)
-        state.SkipWithError("the list file cannot be read");
-}
-
 void readBareXml(benchmark::State& state)
 {
     for (auto _ : state) {
@@ -97,6 +67,25 @@ void readBareXml(benchmark::State& state)
     }
 }
 BENCHMARK(readBareXml)->Unit(benchmark::kMicrosecond);
+
+void writeBareXml(benchmark::State& state)
+{
+    struct Text : pugi::xml_writer {
+        void write(const void* data, size_t size) override
+        {
+            text.append(static_cast<const char*>(data), size);
+        }
+        std::string text;
+    };
+    pugi::xml_document document;
+    document.load_buffer(fullText().data(), fullText().size());
+    for (auto _ : state) {
+        Text text;
+        document.save(text);
+        benchmark::DoNotOptimize(text.text.data());
+    }
+}
+BENCHMARK(writeBareXml)->Unit(benchmark::kMicrosecond);
 
 #ifdef PDE_HAVE_LIBPLIST
 void readWithLibplist(benchmark::State& state)
@@ -108,30 +97,66 @@ void readWithLibplist(benchmark::State& state)
     }
 }
 BENCHMARK(readWithLibplist)->Unit(benchmark::kMicrosecond);
+
+void writeWithLibplist(benchmark::State& state)
+{
+    plist_t list = nullptr;
+    plist_from_xml(fullText().data(), static_cast<uint32_t>(fullText().size()), &list);
+    for (auto _ : state) {
+        char* text = nullptr;
+        uint32_t length = 0;
+        plist_to_xml(list, &text, &length);
+        free(text);
+    }
+    plist_free(list);
+}
+BENCHMARK(writeWithLibplist)->Unit(benchmark::kMicrosecond);
 #endif
 
-void readThreeListsOfANewFile(benchmark::State& state)
+/// Python's plistlib, which takes its own time: that of starting Python is none of it.
+void usePython(benchmark::State& state, const std::string& statement)
+{
+    const std::string program = "import plistlib, sys, time\n"
+                                "text = sys.stdin.buffer.read()\n"
+                                "value = plistlib.loads(text)\n"
+                                "start = time.perf_counter()\n" +
+                                statement + "\nprint(time.perf_counter() - start)\n";
+    ProcessOptions options;
+    options.input = fullText();
+    for (auto _ : state)
+        state.SetIterationTime(atof(runProcess({"python3", "-c", program}, options).out.c_str()));
+}
+BENCHMARK_CAPTURE(usePython, read, "plistlib.loads(text)")->Unit(benchmark::kMicrosecond)->UseManualTime();
+BENCHMARK_CAPTURE(usePython, write, "plistlib.dumps(value)")->Unit(benchmark::kMicrosecond)->UseManualTime();
+
+void readThreeLists(benchmark::State& state, bool newFile)
 {
     DriverRoot root;
+    const std::string text = textOf(listsOf(static_cast<int>(state.range(0))).get());
     auto lists = std::make_unique<ProfileList[]>(kProfileListCount);
+    auto write = [&text] {
+        std::filesystem::remove(currentListPath());
+        std::ofstream(currentListPath()) << text;
+    };
+    write();
+    usleep(20000); // a file that has just changed is not remembered yet
     for (auto _ : state) {
-        state.PauseTiming();
-        root.writeList();
-        state.ResumeTiming();
-        readAllLists(state, lists.get());
+        if (newFile) {
+            state.PauseTiming();
+            write();
+            state.ResumeTiming();
+        }
+        if (VelPListReadProfile_All(&lists[kRgbList], &lists[kSimList], &lists[kDstList]) != 0)
+            state.SkipWithError("the list file cannot be read");
     }
 }
-BENCHMARK(readThreeListsOfANewFile)->Unit(benchmark::kMicrosecond);
 
-void readThreeListsOfAnUnchangedFile(benchmark::State& state)
+void everySize(benchmark::internal::Benchmark* benchmark)
 {
-    DriverRoot root;
-    auto lists = std::make_unique<ProfileList[]>(kProfileListCount);
-    usleep(20000); // a file that has just changed is not remembered yet
-    for (auto _ : state)
-        readAllLists(state, lists.get());
+    benchmark->Unit(benchmark::kMicrosecond)->Arg(0)->Arg(50)->Arg(kProfileSlots);
 }
-BENCHMARK(readThreeListsOfAnUnchangedFile)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(readThreeLists, ofANewFile, true)->Apply(everySize);
+BENCHMARK_CAPTURE(readThreeLists, ofAnUnchangedFile, false)->Apply(everySize);
 
 /// What a save cannot do without: the same number of processes, and the same bytes made durable.
 void spawnTrueAndWriteTheSameBytes(benchmark::State& state)
@@ -149,26 +174,26 @@ void spawnTrueAndWriteTheSameBytes(benchmark::State& state)
     }
     state.counters["processes"] = static_cast<double>(processes);
 }
-BENCHMARK(spawnTrueAndWriteTheSameBytes)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(spawnTrueAndWriteTheSameBytes)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 void saveThreeLists(benchmark::State& state)
 {
     DriverRoot root;
-    auto lists = fullLists();
+    auto lists = listsOf(static_cast<int>(state.range(0)));
     for (auto _ : state) {
         if (VelPListWriteProfile_All(&lists[kRgbList], &lists[kSimList], &lists[kDstList]) != 0)
             state.SkipWithError("the helper did not write the lists");
     }
 }
-BENCHMARK(saveThreeLists)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(saveThreeLists)->Apply(everySize)->UseRealTime();
 
 void makeTheTextOfThreeLists(benchmark::State& state)
 {
-    auto lists = fullLists();
+    auto lists = listsOf(kProfileSlots);
     for (auto _ : state)
-        benchmark::DoNotOptimize(listFileText(lists[kRgbList], lists[kSimList], lists[kDstList]));
+        benchmark::DoNotOptimize(textOf(lists.get()));
 }
-BENCHMARK(makeTheTextOfThreeLists)->Unit(benchmark::kMillisecond);
+BENCHMARK(makeTheTextOfThreeLists)->Unit(benchmark::kMicrosecond);
 
 void startAndEndTrue(benchmark::State& state)
 {

@@ -1,13 +1,12 @@
-#include "InterfaceOwner.h"
+#include "HostedPanel.h"
 #include "profilewindow/ProfileControl.h"
 
-#include "profiles/DriverPaths.h"
-#include "profiles/ProfileListOperations.h"
+#include "profiles/ProfileListFile.h"
 #include "profiles/ProfileName.h"
-#include "support/Sandbox.h"
+#include "support/DriverRoot.h"
 
 #include <benchmark/benchmark.h>
-#include <filesystem>
+#include <fstream>
 #include <memory>
 
 // The profile management window with full lists, next to the same window with nearly empty ones and to a
@@ -35,12 +34,8 @@ namespace {
 /// The window, with `count` profiles in each list.
 class Bench {
 public:
-    explicit Bench(int count) : root_("PDE_ROOT", (sandbox_ / "root").string())
+    explicit Bench(int count)
     {
-        std::filesystem::path program = helperExecutable();
-        std::filesystem::create_directories(program.parent_path());
-        std::filesystem::create_symlink(PDE_HELPER, program);
-        std::filesystem::create_directories(preferencesFolder());
         std::filesystem::create_directories(std::filesystem::path(fileExistsIcon()).parent_path());
         std::filesystem::copy_file(PDE_SOURCE_DIR "/PDE_COL/Resources/fileExistqxR4270.icns",
                                    fileExistsIcon());
@@ -53,14 +48,14 @@ public:
             setNameText(record.FileName, "PROFILE" + std::to_string(list->iNum) + ".ICC");
             setNameText(record.ProfileName, "Office Proof Coated " + std::to_string(list->iNum));
         }
-        VelPListWriteProfile_All(list.get(), list.get(), list.get());
-
-        owner_ = [InterfaceOwner loadInterface];
+        std::ofstream(currentListPath()) << listFileText(*list, *list, *list);
+        (void)[hosted_.panel() panelView];
         prepare();
-        table_ = [owner_->profileControl valueForKey:@"_profileTableView"];
+        table_ = [hosted_.part(@"profileControl") valueForKey:@"_profileTableView"];
     }
+    ~Bench() { [pool_ drain]; }
 
-    void prepare() { [owner_->profileControl initWithProfileControl]; }
+    void prepare() { [hosted_.part(@"profileControl") initWithProfileControl]; }
     void draw()
     {
         [[table_ window] display];
@@ -70,10 +65,9 @@ public:
     NSWindow* window() { return [table_ window]; }
 
 private:
-    Sandbox sandbox_;
-    ScopedVariable root_;
     NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
-    InterfaceOwner* owner_ = nil;
+    DriverRoot root_;
+    HostedPanel hosted_;
     NSTableView* table_ = nil;
 };
 

@@ -101,10 +101,15 @@ NSMutableDictionary* valuesOf(PMPrintSettings handle)
     // Only the XML form: the reader takes other bytes for older forms, some of which it cannot bear.
     if ([data length] == 0 || *static_cast<const char*>([data bytes]) != '<')
         return failed(error, text(@"%@: not an XML property list", path));
-    NSDictionary* values = [NSPropertyListSerialization propertyListWithData:data
-                                                                     options:NSPropertyListImmutable
-                                                                      format:nullptr
-                                                                       error:nullptr];
+    NSDictionary* values = nil;
+    @try {
+        values = [NSPropertyListSerialization propertyListWithData:data
+                                                           options:NSPropertyListImmutable
+                                                            format:nullptr
+                                                             error:nullptr];
+    } @catch (NSException* unreadable) {
+        // The reader raises for some that it cannot read.
+    }
     if (![values isKindOfClass:[NSDictionary class]])
         return failed(error, text(@"%@: does not hold a dictionary", path));
     return values;

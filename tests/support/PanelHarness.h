@@ -32,7 +32,6 @@ public:
     PDEControlItem* colorTable() const;
     PDEControlItem* advancedTable() const;
 
-    PMSettingsObject* settingsObject() const { return settings_; }
     NSDictionary* settings() const { return [settings_ values]; }
     NSDictionary* queueSettings() const;
 

@@ -84,7 +84,9 @@ static void setTabLabels(NSTabView* tabs)
         return;
     if (item->kind == PDEControlKindCheckBox)
         [item->control setIntValue:value];
-    else if (item->kind == PDEControlKindPopup && (int)[item->control numberOfItems] > value)
+    // Toolkits go through the whole menu for a selection, also for the one that it has.
+    else if (item->kind == PDEControlKindPopup && (int)[item->control numberOfItems] > value &&
+             [item->control indexOfSelectedItem] != value)
         [item->control selectItemAtIndex:value];
 }
 

@@ -170,6 +170,7 @@ __attribute__((objc_root_class))
              hints:(NSDictionary*)hints;
 @end
 @interface NSMenuItem : NSObject
+- (instancetype)initWithTitle:(NSString*)title action:(SEL)action keyEquivalent:(NSString*)key;
 - (NSString*)title;
 - (void)setRepresentedObject:(id)object;
 - (NSImage*)onStateImage;
@@ -178,7 +179,8 @@ __attribute__((objc_root_class))
 - (void)setMixedStateImage:(NSImage*)image;
 @end
 @interface NSMenu : NSObject
-- (NSMenuItem*)addItemWithTitle:(NSString*)title action:(SEL)action keyEquivalent:(NSString*)key;
+- (void)addItem:(NSMenuItem*)item;
+- (void)setAutoenablesItems:(BOOL)flag;
 @end
 @interface NSResponder : NSObject
 - (void)keyDown:(NSEvent*)event;
