@@ -1,11 +1,8 @@
 // The texts of the panel, in the language of the process (LANGUAGE): CTest runs this once for each. What is
 // measured is the real bundle's panel and window after the panel has put its texts there.
-#import "common/ClassNames.h"
-#import "common/ControlItem.h"
-#import "panels/ColorOptions.h"
-#import "plugin/PanelProtocol.h"
-#import <AppKit/AppKit.h>
+#include "support/PanelHarness.h"
 
+#import <AppKit/AppKit.h>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -14,28 +11,6 @@
 namespace fs = std::filesystem;
 
 static const char* const kResources = PDE_SOURCE_DIR "/PDE_COL/Resources";
-
-// A dialog without a session: the panel is filled from the PPD alone.
-@interface Dialog : NSObject <PDEPluginCallback>
-{
-@public
-    ppd_file_t* ppd;
-}
-@end
-@implementation Dialog
-- (PMPrintSettings)printSettings
-{
-    return nullptr;
-}
-- (PMPrintSession)printSession
-{
-    return nullptr;
-}
-- (ppd_file_t*)ppdFile
-{
-    return ppd;
-}
-@end
 
 namespace {
 
@@ -81,30 +56,17 @@ void collect(NSView* view, std::vector<NSView*>& views)
 
 class Panel : public ::testing::Test {
 protected:
-    static void SetUpTestSuite()
+    void SetUp() override
     {
-        NSBundle* bundle = [NSBundle bundleWithPath:@PDE_BUILD_DIR "/R4270.plugin"];
-        ASSERT_TRUE([bundle load]);
-        dialog_ = [Dialog new];
-        dialog_->ppd = ppdOpenFile(PDE_SOURCE_DIR "/printer/R4270.ppd");
-        ASSERT_NE(nullptr, dialog_->ppd);
-        id<PDEPlugInProtocol> plugIn = [[bundle principalClass] alloc];
-        [plugIn initWithBundle:bundle];
-        panel_ = [[[plugIn PDEPanelsForType:PDE_PRINT_DIALOG_TYPE withHostInfo:dialog_] lastObject] retain];
-        // Loads the panel without asking who may manage the lists on the printer.
-        ASSERT_EQ(26u, [[panel_ supportedPPDOptionKeys] count]);
-        id profiles = [(NSObject*)panel_ valueForKey:@"profileControl"];
-        window_ = [profiles valueForKey:@"_profileManagementWindow"];
+        [harness_.panel() supportedPPDOptionKeys];
+        id profiles = harness_.outlet("profileControl");
+        NSWindow* window = [profiles valueForKey:@"_profileManagementWindow"];
         listMenu_ = [profiles valueForKey:@"_profileMenu"];
         table_ = [profiles valueForKey:@"_profileTableView"];
-        for (NSView* root : {view("onColorView"), view("onAdvancedView"), (NSView*)[window_ contentView]})
+        for (NSView* root : {(NSView*)harness_.outlet("onColorView"),
+                             (NSView*)harness_.outlet("onAdvancedView"), (NSView*)[window contentView]})
             collect(root, views_);
         ASSERT_GT(views_.size(), 80u);
-    }
-    static void TearDownTestSuite() { ppdClose(dialog_->ppd); }
-    static NSView* view(const char* outlet)
-    {
-        return [(NSObject*)panel_ valueForKey:[NSString stringWithUTF8String:outlet]];
     }
     /// The text that a view shows of its own, or nil.
     static NSString* title(NSView* view)
@@ -118,12 +80,19 @@ protected:
         return [view isKindOfClass:[NSBox class]] ? [(NSBox*)view title] : nil;
     }
 
-    inline static Dialog* dialog_;
-    inline static id<PDEPanelProtocol> panel_;
-    inline static NSWindow* window_;
-    inline static NSPopUpButton* listMenu_;
-    inline static NSTableView* table_;
-    inline static std::vector<NSView*> views_;
+    /// Every row of both views' tables.
+    template <typename Use>
+    void forEachRow(Use use)
+    {
+        for (PDEControlItem* table : {harness_.colorTable(), harness_.advancedTable()})
+            for (PDEControlItem* row = table; row->control != nil; ++row)
+                use(*row);
+    }
+
+    PanelHarness harness_;
+    NSPopUpButton* listMenu_ = nil;
+    NSTableView* table_ = nil;
+    std::vector<NSView*> views_;
 };
 
 TEST(Languages, HaveTheSameKeysAndNoEmptyText)
@@ -142,22 +111,21 @@ TEST(Languages, HaveTheSameKeysAndNoEmptyText)
     EXPECT_EQ(7, languages);
 }
 
-TEST_F(Panel, FindsEveryTextThatItLooksUp)
+TEST_F(Panel, FindsEveryTextThatItLooksUpAndTellsTheRowsOfTheSummaryApart)
 {
-    std::set<std::string> keys = keysOf(tableOf(currentLanguage()));
+    NSDictionary* table = tableOf(currentLanguage());
+    std::set<std::string> keys = keysOf(table), names;
     for (const char* key : {"Color Options", "ProfileTitle", "Disk", "Card", "RGB", "SIM", "DST", "Image",
                             "Text", "Graphics", "Simulation"})
         EXPECT_TRUE(keys.contains(key)) << key;
-    int rows = 0;
-    for (const char* outlet : {"onColorView", "onAdvancedView"})
-        for (PDEControlItem* row = [(ColorOptions*)view(outlet) getControlData]; row->control != nil; ++row) {
-            ++rows;
-            if (row->title != nullptr)
-                EXPECT_TRUE(keys.contains(row->title)) << row->title;
-            if (row->summaryName != nullptr)
-                EXPECT_TRUE(keys.contains(row->summaryName)) << row->summaryName;
-        }
-    EXPECT_EQ(9 + 46, rows);
+    forEachRow([&](const PDEControlItem& row) {
+        EXPECT_TRUE(row.title == nullptr || keys.contains(row.title)) << row.title;
+        if (row.summaryName == nullptr)
+            return;
+        NSString* name = [table objectForKey:[NSString stringWithUTF8String:row.summaryName]];
+        EXPECT_TRUE(names.insert(text(name)).second) << row.summaryName;
+    });
+    EXPECT_EQ(26u, names.size());
 }
 
 TEST_F(Panel, ShowsNoTextInAnotherLanguage)
@@ -177,21 +145,7 @@ TEST_F(Panel, ShowsNoTextInAnotherLanguage)
     }
     for (NSString* list in [listMenu_ itemTitles])
         EXPECT_TRUE([texts containsObject:list]) << text(list);
-    EXPECT_TRUE([texts containsObject:[panel_ panelName]]);
-}
-
-TEST_F(Panel, TellsTheRowsOfTheSummaryApart)
-{
-    std::set<std::string> names;
-    NSDictionary* table = tableOf(currentLanguage());
-    for (const char* outlet : {"onColorView", "onAdvancedView"})
-        for (PDEControlItem* row = [(ColorOptions*)view(outlet) getControlData]; row->control != nil; ++row)
-            if (row->summaryName != nullptr)
-                EXPECT_TRUE(
-                    names.insert(text([table objectForKey:[NSString stringWithUTF8String:row->summaryName]]))
-                        .second)
-                    << row->summaryName;
-    EXPECT_EQ(26u, names.size());
+    EXPECT_TRUE([texts containsObject:[harness_.panel() panelName]]);
 }
 
 TEST_F(Panel, CutsNoText)
@@ -216,18 +170,6 @@ TEST_F(Panel, CutsNoText)
         [listMenu_ selectItemAtIndex:i];
         EXPECT_LE([[listMenu_ cell] cellSize].width, [listMenu_ frame].size.width);
     }
-}
-
-TEST_F(Panel, LeavesRoomForProfileNames)
-{
-    NSCell* cell = [[table_ tableColumnWithIdentifier:@"filename"] dataCell];
-    [cell setStringValue:@"0123456789012345678901234567890"];
-    for (NSString* column in @[ @"filename", @"profilename" ])
-        EXPECT_LE([cell cellSize].width, [[table_ tableColumnWithIdentifier:column] width]) << text(column);
-    NSPopUpButton* menu = [view("onAdvancedView") valueForKey:@"menu_iDestinationProfile"];
-    [menu addItemWithTitle:@"mycmyk.icc(Office Proof)Festplatte"];
-    [menu selectItemAtIndex:[menu numberOfItems] - 1];
-    EXPECT_LE([[menu cell] cellSize].width, [menu frame].size.width);
 }
 
 } // namespace
