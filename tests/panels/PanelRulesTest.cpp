@@ -216,6 +216,27 @@ TEST(PanelRules, APresetLeavesOutAnItemThatThePpdLacks)
     EXPECT_EQ(dialog[8]["options"]["VelImageHalftone"], "Auto");
 }
 
+TEST(PanelRules, ChoicesOfOneTextStayApartFromTheMenuToTheJob)
+{
+    Sandbox sandbox;
+    auto ppd = sandbox.write("printer.ppd", replaced(samplePpd(), "*VelTextHalftone Detail/Detail:",
+                                                     "*VelTextHalftone Detail/Gradation:"));
+    auto file = sandbox / "settings.plist";
+    for (const auto& [item, keyword] : {std::pair(1, "Gradation"), {2, "Detail"}}) {
+        std::filesystem::remove(file);
+        Lines lines = {
+            "open", "view",    "restore", "choose menu_QuickColor 3", choose("menu_tHalftone", item),
+            "save", "summary", "job"};
+        DialogRun saved = runDialog({"--ppd", ppd, "--settings", file}, lines);
+        EXPECT_EQ(saved[4]["title"], "Gradation");
+        EXPECT_EQ(saved[6]["values"]["Text Halftone"], "Gradation");
+        EXPECT_EQ(saved[7]["options"]["VelTextHalftone"], keyword);
+        DialogRun again =
+            runDialog({"--ppd", ppd, "--settings", file}, {"open", "view", "restore", "controls"});
+        EXPECT_EQ(controlRow(again[3], "menu_tHalftone")["value"], item);
+    }
+}
+
 TEST(PresetRules, CompareAndCombineAsTheirCodesSay)
 {
     const std::vector<std::pair<uint32_t, std::string>> comparisons = {

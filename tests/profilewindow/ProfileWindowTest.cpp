@@ -274,6 +274,36 @@ TEST_F(ProfileWindowTest, KeepsThePrintersProfilesThatAUsbQueueCannotSee)
     expectStored(listOf({kHidden, mine, kByHand, made(502, kByHandListed, "added.icc", "")}));
 }
 
+TEST_F(ProfileWindowTest, ForgetsWhatWasDeletedBeforeACancel)
+{
+    ProfileRecord kept = kFound;
+    store(listOf({kFound, kByHand}));
+    run(kUsbQueue, {"row 0", "press _deleteButton", "press window-cancel", "press button_ManageProfile",
+                    "press window-ok"});
+    kept.InMenu = kByHandListed;
+    expectStored(listOf({kept, kByHand}));
+}
+
+TEST_F(ProfileWindowTest, KeepsTheChoicesThatWereMadeBeforeItOpened)
+{
+    store(listOf({kByHand}));
+    run(kNetworkQueue, {"press window-cancel", "choose menu_iRGBSource 4", "choose menu_tHalftone 3",
+                        "press button_ManageProfile", "press window-ok", "controls"});
+    EXPECT_EQ(after("choose menu_iRGBSource 4")["title"], "byhand.icc(By hand)Disk");
+    EXPECT_EQ(controlRow(after("controls"), "menu_iRGBSource")["value"], 4);
+    EXPECT_EQ(controlRow(after("controls"), "menu_tHalftone")["value"], 3);
+}
+
+TEST_F(ProfileWindowTest, IsClosedAndNothingIsDiscoveredForAUserWhoMayNotManageTheLists)
+{
+    fs::remove(helperExecutable());
+    installHelper("echo \"$1=FALSE\"; exit 1");
+    dialog = runDialog({"--ppd", PDE_SOURCE_DIR "/printer/R4270.ppd", "--device-uri", kNetworkQueue},
+                       {"open", "view", "controls"}, {"PDE_ROOT=" + sandbox.path().string()});
+    EXPECT_EQ(controlRow(dialog[2], "button_ManageProfile")["enabled"], false);
+    EXPECT_EQ(commands(), "velPListIsAdminProfile_XPC\nvelPListIsAdminProfile_XPC\n");
+}
+
 TEST_F(ProfileWindowTest, ClosesAndKeepsTheListsWhenTheHelperRefusesTheWrite)
 {
     store(listOf({kByHand}));
