@@ -43,6 +43,7 @@ public:
         }
         std::ofstream(currentListPath()) << listFileText(*list, *list, *list);
         ageListFile();
+        [window_ orderFront:nil];
         close();
         open();
     }

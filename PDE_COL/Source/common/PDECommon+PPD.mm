@@ -5,6 +5,7 @@
 #include "common/PDECommon+Ticket.h"
 #include "common/StatusCodes.h"
 
+#include <algorithm>
 #include <cstring>
 #include <initializer_list>
 
@@ -48,6 +49,15 @@ static void clearMark(ppd_file_t* ppd, const ppd_option_t* option, ppd_choice_t*
             cupsArrayAdd(ppd->marked, &option->choices[i]);
     }
     (void)ppdConflicts(ppd);
+}
+
+static bool isConstrained(ppd_file_t* ppd, const char* option)
+{
+    return ppdFindAttr(ppd, "cupsUIConstraints", nullptr) != nullptr ||
+           std::any_of(ppd->consts, ppd->consts + ppd->num_consts, [option](const ppd_const_t& constraint) {
+               return strcasecmp(constraint.option1, option) == 0 ||
+                      strcasecmp(constraint.option2, option) == 0;
+           });
 }
 
 // Index of the choice that a check box stands for, -1 when the PPD lacks it.
@@ -100,7 +110,8 @@ static int checkBoxChoice(const PDEControlItem* item)
 + (BOOL)commonIsPPDChoiceConflicted:(ppd_file_t*)ppd option:(const char*)option choice:(const char*)choice
 {
     ppd_option_t* found = ppdFindOption(ppd, option);
-    if (found == nullptr)
+    // To mark a choice goes through all constraints: not for an option that is in none.
+    if (found == nullptr || !isConstrained(ppd, option))
         return NO;
     if (ppdIsMarked(ppd, option, choice))
         return found->conflicted != 0;
