@@ -1,11 +1,12 @@
 #include "Theme.h"
 
-#include "ThemeShapes.h"
+#include "PopUpList.h"
+#include "ThemeDrawing.h"
 
 #import <GNUstepGUI/GSTheme.h>
 #import <objc/runtime.h>
 
-static const CGFloat kRadius = 5, kTextInset = 4, kTabHeight = 24, kTabPadding = 14;
+static const CGFloat kRadius = 5, kTabHeight = 24, kTabPadding = 14;
 
 static BOOL isPressed(GSThemeControlState state)
 {
@@ -39,12 +40,14 @@ static void openList(NSPopUpButton* popUp, SEL selector, NSEvent* event)
     [[popUp cell] attachPopUpWithFrame:[popUp bounds] inView:popUp];
 }
 
-/// A part of a scroller: its arrow, its knob or what the knob moves in.
+enum class Part { Arrow, Knob, Slot };
+
+/// A part of a scroller.
 @interface ScrollerPart : NSButtonCell
 {
 @public
-    int arrow; ///< -1 for none: up, down, left, right
-    BOOL isKnob;
+    Part part;
+    Arrow arrow;
 }
 @end
 
@@ -54,31 +57,22 @@ static void openList(NSPopUpButton* popUp, SEL selector, NSEvent* event)
 {
     [[NSColor scrollBarColor] set];
     NSRectFill(frame);
-    BOOL upright = NSHeight([view frame]) > NSWidth([view frame]);
-    NSRect knob = NSInsetRect(frame, upright ? 3 : 1, upright ? 1 : 3);
-    if (isKnob)
-        drawRounded(knob, MIN(NSWidth(knob), NSHeight(knob)) / 2, [NSColor knobColor], nil);
-    if (arrow < 0)
-        return;
-    constexpr NSPoint arrows[][3] = {
-        {{0.3, 0.6}, {0.5, 0.4}, {0.7, 0.6}}, // up; the view is flipped
-        {{0.3, 0.4}, {0.5, 0.6}, {0.7, 0.4}},
-        {{0.6, 0.3}, {0.4, 0.5}, {0.6, 0.7}},
-        {{0.4, 0.3}, {0.6, 0.5}, {0.4, 0.7}},
-    };
+    if (part == Part::Knob)
+        drawRounded(NSInsetRect(frame, 3, 3), 4, [NSColor knobColor], nil);
     [[self isHighlighted] ? [NSColor controlTextColor] : [NSColor controlDarkShadowColor] set];
-    strokeThrough(frame, arrows[arrow], 3, 1.5);
+    if (part == Part::Arrow)
+        drawArrow(frame, arrow, [view isFlipped]);
 }
 
 @end
 
 /// As long as the theme, as the toolkit wants it: to the end.
-static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
+static ScrollerPart* scrollerPart(Part part, Arrow arrow = Arrow::Up)
 {
-    ScrollerPart* part = [[ScrollerPart alloc] init];
-    part->arrow = arrow;
-    part->isKnob = isKnob;
-    return part;
+    ScrollerPart* cell = [[ScrollerPart alloc] init];
+    cell->part = part;
+    cell->arrow = arrow;
+    return cell;
 }
 
 @interface FlatTheme : GSTheme
@@ -98,8 +92,8 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
     if (![cell isEnabled])
         fill = [NSColor windowBackgroundColor];
     if (isDefault(cell))
-        fill = isPressed(state) ? [NSColor controlDarkShadowColor] : accentColor();
-    drawRounded(frame, kRadius, fill, isDefault(cell) ? nil : outlineColor());
+        fill = isPressed(state) ? [NSColor controlDarkShadowColor] : [NSColor selectedControlColor];
+    drawRounded(frame, kRadius, fill, isDefault(cell) ? nil : [NSColor controlShadowColor]);
 }
 
 - (GSThemeMargins)buttonMarginsForCell:(NSCell*)cell style:(int)style state:(GSThemeControlState)state
@@ -112,28 +106,12 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
 {
 }
 
-- (void)didSetDefaultButtonCell:(NSButtonCell*)cell
-{
-}
-
-- (void)drawPopUpButtonCellInteriorWithFrame:(NSRect)frame withCell:(NSCell*)cell inView:(NSView*)view
-{
-    [super drawPopUpButtonCellInteriorWithFrame:NSInsetRect(frame, kTextInset, 0) withCell:cell inView:view];
-}
-
-- (void)drawFocusFrame:(NSRect)frame view:(NSView*)view
-{
-    NSRect ring = [view isKindOfClass:[NSControl class]] ? [view bounds] : frame;
-    [NSBezierPath setDefaultLineWidth:2];
-    drawRounded(NSInsetRect(ring, 0.5, 0.5), kRadius, nil, [NSColor keyboardFocusIndicatorColor]);
-    [NSBezierPath setDefaultLineWidth:1];
-}
-
 - (void)drawBorderType:(NSBorderType)type frame:(NSRect)frame view:(NSView*)view
 {
     BOOL typing = [view isKindOfClass:[NSTextField class]] && [(NSTextField*)view currentEditor] != nil;
     if (type != NSNoBorder)
-        drawRounded(frame, kRadius - 1, nil, typing ? [NSColor keyboardFocusIndicatorColor] : outlineColor());
+        drawRounded(frame, kRadius - 1, nil,
+                    typing ? [NSColor keyboardFocusIndicatorColor] : [NSColor controlShadowColor]);
 }
 
 - (NSSize)sizeForBorderType:(NSBorderType)type
@@ -168,13 +146,18 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
             highlightUp:(BOOL)up
           highlightDown:(BOOL)down
 {
-    constexpr NSPoint above[] = {{0.3, 0.38}, {0.5, 0.18}, {0.7, 0.38}};
-    constexpr NSPoint below[] = {{0.3, 0.62}, {0.5, 0.82}, {0.7, 0.62}};
-    drawRounded(frame, kRadius - 1, [NSColor controlColor], outlineColor());
-    [up ? accentColor() : [NSColor controlTextColor] set];
-    strokeThrough(frame, [view isFlipped] ? above : below, 3, 1.5);
-    [down ? accentColor() : [NSColor controlTextColor] set];
-    strokeThrough(frame, [view isFlipped] ? below : above, 3, 1.5);
+    drawRounded(frame, kRadius - 1, [NSColor controlColor], [NSColor controlShadowColor]);
+    CGFloat above = [view isFlipped] ? -4.5 : 4.5;
+    [up ? [NSColor selectedControlColor] : [NSColor controlTextColor] set];
+    drawArrow(NSOffsetRect(frame, 0, above), Arrow::Up, [view isFlipped]);
+    [down ? [NSColor selectedControlColor] : [NSColor controlTextColor] set];
+    drawArrow(NSOffsetRect(frame, 0, -above), Arrow::Down, [view isFlipped]);
+}
+
+- (void)drawFocusFrame:(NSRect)frame view:(NSView*)view
+{
+    NSRect ring = [view isKindOfClass:[NSControl class]] ? [view bounds] : frame;
+    drawRounded(ring, kRadius, nil, [NSColor keyboardFocusIndicatorColor], 2);
 }
 
 #pragma mark Tabs
@@ -192,7 +175,7 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
     // The toolkit's drawing, at the left, is painted over: it also makes the frame the one that a click
     // finds.
     [item drawLabel:NO inRect:frame];
-    drawRounded(frame, kRadius, selected ? accentColor() : [NSColor controlColor], nil);
+    drawRounded(frame, kRadius, selected ? [NSColor selectedControlColor] : [NSColor controlColor], nil);
     NSColor* color = selected ? [NSColor selectedControlTextColor] : [NSColor controlTextColor];
     NSDictionary* attributes =
         [NSDictionary dictionaryWithObjectsAndKeys:[[item tabView] font], NSFontAttributeName, color,
@@ -227,7 +210,7 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
         [self drawTab:item inRect:row selected:item == selected];
         row.origin.x += NSWidth(row);
     }
-    drawRounded(whole, kRadius, nil, outlineColor());
+    drawRounded(whole, kRadius, nil, [NSColor controlShadowColor]);
 }
 
 #pragma mark Lists
@@ -253,26 +236,6 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
     return YES;
 }
 
-- (NSColor*)menuBackgroundColor
-{
-    return [NSColor controlColor];
-}
-
-- (NSColor*)menuItemBackgroundColor
-{
-    return [NSColor controlColor];
-}
-
-- (NSColor*)menuBorderColor
-{
-    return outlineColor();
-}
-
-- (NSColor*)menuBorderColorForEdge:(NSRectEdge)edge isHorizontal:(BOOL)horizontal
-{
-    return outlineColor();
-}
-
 - (NSColor*)menuSeparatorColor
 {
     return [NSColor gridColor];
@@ -292,7 +255,7 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
     [[NSColor controlColor] set];
     NSRectFill(frame);
     if (isPressed(state) || state == GSThemeSelectedState)
-        drawRounded(NSInsetRect(frame, 3, 0), kRadius - 1, accentColor(), nil);
+        drawRounded(NSInsetRect(frame, 3, 0), kRadius - 1, [NSColor selectedControlColor], nil);
 }
 
 - (void)highlightTableViewSelectionInClipRect:(NSRect)clip inView:(NSView*)view selectingColumns:(BOOL)columns
@@ -307,27 +270,13 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
 - (void)drawScrollViewRect:(NSRect)rect inView:(NSView*)view
 {
     if ([(NSScrollView*)view borderType] != NSNoBorder)
-        drawRounded([view bounds], 2, nil, outlineColor());
-}
-
-- (void)drawTitleForMenuItemCell:(NSMenuItemCell*)cell
-                       withFrame:(NSRect)frame
-                          inView:(NSView*)view
-                           state:(GSThemeControlState)state
-                    isHorizontal:(BOOL)horizontal
-{
-    CGFloat inset = [cell isKindOfClass:[NSPopUpButtonCell class]] ? 0 : kTextInset;
-    [super drawTitleForMenuItemCell:cell
-                          withFrame:NSOffsetRect(frame, inset, 0)
-                             inView:view
-                              state:state
-                       isHorizontal:horizontal];
+        drawRounded([view bounds], 2, nil, [NSColor controlShadowColor]);
 }
 
 - (void)drawMenuRect:(NSRect)rect inView:(NSView*)view isHorizontal:(BOOL)horizontal itemCells:(NSArray*)cells
 {
     [super drawMenuRect:rect inView:view isHorizontal:horizontal itemCells:cells];
-    drawRounded([view bounds], 0, nil, outlineColor());
+    drawRounded([view bounds], 0, nil, [NSColor controlShadowColor]);
 }
 
 - (float)defaultScrollerWidth
@@ -337,17 +286,19 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
 
 - (NSButtonCell*)cellForScrollerArrow:(NSScrollerArrow)arrow horizontal:(BOOL)horizontal
 {
-    return scrollerPart((horizontal ? 2 : 0) + (arrow == NSScrollerDecrementArrow ? 0 : 1), NO);
+    if (arrow == NSScrollerDecrementArrow)
+        return scrollerPart(Part::Arrow, horizontal ? Arrow::Left : Arrow::Up);
+    return scrollerPart(Part::Arrow, horizontal ? Arrow::Right : Arrow::Down);
 }
 
 - (NSCell*)cellForScrollerKnob:(BOOL)horizontal
 {
-    return scrollerPart(-1, YES);
+    return scrollerPart(Part::Knob);
 }
 
 - (NSCell*)cellForScrollerKnobSlot:(BOOL)horizontal
 {
-    return scrollerPart(-1, NO);
+    return scrollerPart(Part::Slot);
 }
 
 - (NSColor*)tableHeaderTextColorForState:(GSThemeControlState)state
@@ -383,7 +334,7 @@ static ScrollerPart* scrollerPart(int arrow, BOOL isKnob)
 
 - (void)drawProgressIndicatorBarDeterminate:(NSRect)bounds
 {
-    drawRounded(bounds, 4, accentColor(), nil);
+    drawRounded(bounds, 4, [NSColor selectedControlColor], nil);
 }
 
 @end

@@ -1,4 +1,4 @@
-#include "ThemeShapes.h"
+#include "PopUpList.h"
 
 #include <cmath>
 
