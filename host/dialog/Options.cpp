@@ -59,6 +59,11 @@ std::string samplePpd()
     return installed.string();
 }
 
+std::string textsFolder()
+{
+    return (prefix() / "share/r4270-printdialog").string();
+}
+
 std::optional<int> parseOptions(int argc, char** argv, Options& options)
 {
     options.queue = kSampleQueue;

@@ -25,5 +25,8 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options);
 /// The PPD of the sample printer: the installed one, or the source tree's in a development build.
 std::string samplePpd();
 
+/// The dialog's texts, a folder for each language but English.
+std::string textsFolder();
+
 /// The queue identifier of the sample printer.
 inline constexpr char kSampleQueue[] = "R4270-sample";

@@ -1,5 +1,7 @@
 #include "Text.h"
 
+#include "Options.h"
+
 std::string textOf(NSString* string)
 {
     const char* text = [string UTF8String];
@@ -14,5 +16,6 @@ NSString* stringOf(const std::string& text)
 
 NSString* localized(NSString* english)
 {
-    return [[NSBundle mainBundle] localizedStringForKey:english value:english table:nil];
+    static NSBundle* texts = [[NSBundle alloc] initWithPath:stringOf(textsFolder())];
+    return [texts localizedStringForKey:english value:english table:nil];
 }

@@ -5,7 +5,10 @@
 #import <AppKit/AppKit.h>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
+#include <regex>
 #include <set>
 
 namespace fs = std::filesystem;
@@ -19,9 +22,9 @@ std::string text(NSString* s)
     return s == nil ? "(nil)" : [s UTF8String];
 }
 
-NSDictionary* tableOf(const std::string& language)
+NSDictionary* tableOf(const std::string& language, const std::string& folder = kResources)
 {
-    std::string path = std::string(kResources) + "/" + language + ".lproj/Localizable.strings";
+    std::string path = folder + "/" + language + ".lproj/Localizable.strings";
     return [[NSString stringWithContentsOfFile:[NSString stringWithUTF8String:path.c_str()]
                                       encoding:NSUTF8StringEncoding
                                          error:nullptr] propertyListFromStringsFileFormat];
@@ -109,6 +112,21 @@ TEST(Languages, HaveTheSameKeysAndNoEmptyText)
             EXPECT_GT([[table objectForKey:key] length], 0u) << folder.path() << text(key);
     }
     EXPECT_EQ(7, languages);
+}
+
+TEST(Languages, HaveEveryTextOfTheDialog)
+{
+    std::set<std::string> wanted;
+    for (const fs::directory_entry& source : fs::directory_iterator(PDE_SOURCE_DIR "/host/dialog")) {
+        std::ifstream file(source.path());
+        std::string code{std::istreambuf_iterator<char>(file), {}};
+        std::regex lookup(R"re(localized\(@"((?:[^"\\]|\\.)*)")re");
+        for (std::sregex_iterator found(code.begin(), code.end(), lookup), end; found != end; ++found)
+            wanted.insert(std::regex_replace((*found)[1].str(), std::regex(R"(\\")"), "\""));
+    }
+    EXPECT_GT(wanted.size(), 60u);
+    for (const char* language : {"de", "es", "fr", "it", "ja", "zh-Hans"})
+        EXPECT_EQ(wanted, keysOf(tableOf(language, PDE_SOURCE_DIR "/host/Resources"))) << language;
 }
 
 TEST_F(Panel, FindsEveryTextThatItLooksUpAndTellsTheRowsOfTheSummaryApart)
