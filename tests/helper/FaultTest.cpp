@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <sched.h>
+#include <set>
 #include <sys/mount.h>
 #include <unistd.h>
 
@@ -20,62 +21,53 @@ protected:
 #ifdef PDE_SANITIZED
         GTEST_SKIP() << "a sanitizer makes hundreds of calls of its own; the ordinary build is tested";
 #endif
+        if (runProcess({"strace", "-D", "-o", "/dev/null", "true"}).status != 0)
+            GTEST_SKIP() << "strace cannot trace here";
     }
 
     struct Case {
         Strings command;
-        std::function<void()> prepare;
+        bool isStaged;             ///< a list with tag 2 is staged before it
         std::string file;          ///< which the command replaces
         std::string before, after; ///< what it holds
     };
 
-    std::vector<Case> cases()
+    std::vector<Case> cases() const
     {
-        auto lists = [this](int now, int copy) {
-            for (const fs::path& left : fs::directory_iterator(folder))
-                fs::remove(left);
-            sandbox.write(fs::relative(current, root), listText(now));
-            sandbox.write(fs::relative(previous, root), listText(copy));
-        };
-        auto staged = [=, this] {
-            lists(1, 1);
-            ASSERT_TRUE(stage(listText(2)));
-        };
-        return {
-            {{kRenameCommand, url}, staged, current, listText(1), listText(2)},
-            {{kWritePieceCommand, url, listText(2)}, [=] { lists(1, 1); }, current, listText(1), listText(1)},
-            {{kSwapCommand, "2", current, previous},
-             [=] { lists(2, 1); },
-             previous,
-             listText(1),
-             listText(2)}};
+        return {{{kRenameCommand, url}, true, current, listText(1), listText(2)},
+                {{kWritePieceCommand, url, listText(2)}, false, current, listText(1), listText(1)},
+                {{kSwapCommand, "2", current, previous}, false, previous, listText(0), listText(1)}};
     }
 
-    Strings tracing(const Strings& options, const Strings& command) const
+    // Runs a command on lists with the tags 1 and 0, traced with `options`. The command stays our child.
+    ProcessResult trace(const Case& each, const Strings& options) const
     {
-        Strings helper = {program};
-        helper.insert(helper.end(), command.begin(), command.end());
-        return traced(options, helper);
+        for (const fs::path& left : fs::directory_iterator(folder))
+            fs::remove(left);
+        sandbox.write(fs::relative(current, root), listText(1));
+        sandbox.write(fs::relative(previous, root), listText(0));
+        EXPECT_TRUE(!each.isStaged || stage(listText(2)));
+        Strings all = {"strace", "-D", "-y"};
+        all.insert(all.end(), options.begin(), options.end());
+        all.push_back(program);
+        all.insert(all.end(), each.command.begin(), each.command.end());
+        ScopedVariable variable("PDE_ROOT", root);
+        return runProcess(all);
     }
 
     // Which of its calls of each kind a command makes once its process is settled: the first and the last
     // number. Before that nothing has been looked at.
-    std::map<std::string, std::pair<int, int>> systemCalls(const Case& each)
+    std::map<std::string, std::pair<int, int>> systemCalls(const Case& each) const
     {
-        each.prepare();
-        ProcessOptions options;
-        options.environment = {"PDE_ROOT=" + root.string()};
-        std::string log = root / "trace";
-        runProcess(tracing({"-o", log}, each.command), options);
+        trace(each, {"-o", root / "trace"});
         std::map<std::string, int> before;
         std::map<std::string, std::pair<int, int>> calls;
-        std::ifstream lines(log);
+        std::ifstream lines(root / "trace");
         bool settled = false;
         for (std::string line; std::getline(lines, line);) {
-            size_t end = line.find('(');
-            if (end == std::string::npos || line.find(' ') < end)
+            std::string call = line.substr(0, line.find('('));
+            if (call == line || call.find(' ') != std::string::npos)
                 continue;
-            std::string call = line.substr(0, end);
             settled = settled || call == "setresuid";
             int number = ++before[call];
             // Who it is cannot fail, so nobody asks whether it did.
@@ -86,67 +78,53 @@ protected:
     }
 
     // Runs the command with `fault` at the given call and looks at what stands then.
-    void injectAt(const Case& each, const std::string& call, int number, const std::string& fault)
+    bool failsAt(const Case& each, const std::string& call, int number, const std::string& fault) const
     {
         SCOPED_TRACE(each.command[0] + ": " + fault + " at " + call + " " + std::to_string(number));
-        each.prepare();
-        ProcessOptions options;
-        options.environment = {"PDE_ROOT=" + root.string()};
-        std::string inject = call + ":" + fault + ":when=" + std::to_string(number);
-        ProcessResult result = runProcess(
-            tracing({"-o", "/dev/null", "-e", "trace=" + call, "-e", "inject=" + inject}, each.command),
-            options);
-        failed += result.out.find("=TRUE") == std::string::npos;
+        std::string inject = "inject=" + call + ":" + fault + ":when=" + std::to_string(number);
+        ProcessResult result = trace(each, {"-o", "/dev/null", "-e", "trace=" + call, "-e", inject});
+        bool said = result.out.find("=TRUE") != std::string::npos;
         std::string now = readFile(each.file);
         EXPECT_TRUE(now == each.before || now == each.after) << now.size();
-        if (result.out.find("=TRUE") != std::string::npos)
+        if (said)
             EXPECT_EQ(now, each.after);
         else if (result.status == 1 && call != "write" && call != "setresuid")
             EXPECT_EQ(now, each.before) << "no marker, but the new list stands";
-        EXPECT_EQ(readFile(current), each.file == current ? now : listText(each.file == previous ? 2 : 1));
+        EXPECT_EQ(readFile(current), each.file == current ? now : listText(1));
         EXPECT_TRUE(write(listText(3)) && readFile(current) == listText(3)) << "the next write";
+        EXPECT_EQ(names().size(), 2U) << "what a dead command left is gone";
+        return !said;
     }
-
-    void injectEverywhere(const std::string& fault)
-    {
-        if (tracing({}, {}).empty())
-            GTEST_SKIP() << "strace cannot trace here";
-        for (const Case& each : cases()) {
-            auto calls = systemCalls(each);
-            EXPECT_GT(calls.size(), 10U);
-            for (auto [call, numbers] : calls)
-                for (int number = numbers.first; number <= numbers.second && !HasFailure(); ++number)
-                    injectAt(each, call, number, fault);
-        }
-        EXPECT_GT(failed, 30) << "the faults did happen";
-    }
-
-    int failed = 0; ///< commands that an injected fault kept from succeeding
 };
 
 } // namespace
 
-TEST_F(HelperFaultTest, AKillAtAnySystemCallLeavesAWholeList)
+TEST_F(HelperFaultTest, AKillOrAnErrorAtAnySystemCallLeavesAWholeList)
 {
-    injectEverywhere("signal=KILL");
-}
-
-TEST_F(HelperFaultTest, AnErrorOfAnySystemCallLeavesAWholeList)
-{
-    injectEverywhere("error=EIO");
-}
-
-TEST_F(HelperFaultTest, InterruptedAndOutOfSpaceWritesLeaveAWholeList)
-{
-    if (tracing({}, {}).empty())
-        GTEST_SKIP() << "strace cannot trace here";
+    const std::set<std::string> fileCalls = {"write",  "fsync", "openat", "renameat",
+                                             "fchmod", "flock", "pread64"};
+    int failed = 0;
     for (const Case& each : cases())
         for (auto [call, numbers] : systemCalls(each))
-            for (const std::string file :
-                 {"write", "fsync", "openat", "renameat", "fchmod", "flock", "pread64"})
-                for (int number = numbers.first; call == file && number <= numbers.second; ++number)
-                    for (const char* fault : {"error=EINTR", "error=ENOSPC", "error=EMFILE"})
-                        injectAt(each, call, number, fault);
+            for (const std::string fault : {"signal=KILL", "error=EIO", "error=EINTR", "error=ENOSPC"})
+                for (int n = numbers.first; n <= numbers.second && !HasFailure(); ++n)
+                    if (fault.ends_with("L") || fault.ends_with("IO") || fileCalls.contains(call))
+                        failed += failsAt(each, call, n, fault);
+    EXPECT_GT(failed, 60) << "the faults did happen";
+}
+
+// What a power loss may undo is not said to be done.
+TEST_F(HelperFaultTest, SyncsTheFileBeforeTheRenameAndTheFolderAfterIt)
+{
+    for (const Case& each : {cases()[0], cases()[2]}) {
+        trace(each, {"-o", root / "trace", "-e", "trace=write,fsync,renameat"});
+        std::string calls = readFile(root / "trace");
+        size_t file = calls.find("/.R4270-staging-", calls.find("fsync(")), rename = calls.find("renameat("),
+               folderSync = calls.find(folder.string() + ">)", rename), said = calls.find("=T", folderSync);
+        EXPECT_TRUE(file < rename && rename < folderSync && folderSync < said && said < calls.size())
+            << calls;
+        EXPECT_EQ(calls.compare(calls.rfind('\n', folderSync) + 1, 6, "fsync("), 0) << calls;
+    }
 }
 
 TEST_F(HelperFaultTest, AFullDiskFailsTheWriteAndKeepsTheList)
@@ -155,18 +133,12 @@ TEST_F(HelperFaultTest, AFullDiskFailsTheWriteAndKeepsTheList)
         mount("", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
         GTEST_SKIP() << "a small file system of its own needs root and mount namespaces";
     ASSERT_EQ(mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=256k,mode=755"), 0);
-    ASSERT_TRUE(write(listText(1)));
-    ASSERT_TRUE(stage(listText(2)));
+    ASSERT_TRUE(write(listText(1)) && stage(listText(2)));
     std::string piece(100000, ' ');
-    EXPECT_TRUE(confirms({kWritePieceCommand, url, piece}));
-    EXPECT_TRUE(confirms({kWritePieceCommand, url, piece}));
-    EXPECT_FALSE(confirms({kWritePieceCommand, url, piece}));
+    EXPECT_TRUE(stage(piece) && stage(piece));
+    EXPECT_FALSE(stage(piece));
     EXPECT_FALSE(rename());
-    EXPECT_EQ(readFile(current), listText(1));
-    {
-        std::ofstream filler(folder / "filler");
-        filler << std::string(300000, 'f');
-    }
+    std::ofstream(folder / "filler") << std::string(300000, 'f');
     EXPECT_FALSE(stage(listText(2)));
     expectRefused({kSwapCommand, "2", current, previous});
     EXPECT_EQ(readFile(current), listText(1));

@@ -1,22 +1,24 @@
 #include "helper/HelperTest.h"
 
+#include "profiles/DriverPaths.h"
 #include "profiles/HelperChannel.h"
 #include "profiles/ProfileListFile.h"
 
 #include <algorithm>
-#include <iterator>
-#include <pwd.h>
 #include <sstream>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
-Strings words(const std::string& text)
+namespace {
+
+bool isLock(const fs::path& path)
 {
-    std::istringstream input(text);
-    return {std::istream_iterator<std::string>(input), {}};
+    std::string name = path.filename();
+    return name.starts_with(".R4270-lock-") || name.starts_with(".R4270-walk-");
 }
+
+} // namespace
 
 std::string listText(int tag)
 {
@@ -35,47 +37,33 @@ std::string treeOf(const fs::path& folder)
 {
     Strings lines;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        std::string name = entry.path().filename();
-        if (name.starts_with(".R4270-lock-") || name.starts_with(".R4270-walk-"))
-            continue;
         struct stat found = {};
         EXPECT_EQ(lstat(entry.path().c_str(), &found), 0);
         std::ostringstream line;
-        line << entry.path() << ' ' << found.st_mode << ' ' << found.st_uid << ' ' << found.st_gid;
+        line << '\n' << entry.path() << ' ' << found.st_mode << ' ' << found.st_uid << ' ' << found.st_gid;
         if (!S_ISDIR(found.st_mode))
             line << ' ' << found.st_nlink << ' ' << found.st_size << ' ' << found.st_mtim.tv_sec << '.'
                  << found.st_mtim.tv_nsec;
         if (S_ISREG(found.st_mode))
             line << ' ' << readFile(entry.path());
-        lines.push_back(line.str());
+        if (!isLock(entry.path()))
+            lines.push_back(line.str());
     }
     std::sort(lines.begin(), lines.end());
     std::string all;
     for (const std::string& line : lines)
-        all += line + "\n";
+        all += line;
     return all;
 }
 
-Strings traced(const Strings& options, const Strings& command)
-{
-    static const bool works = runProcess({"strace", "-D", "-o", "/dev/null", "true"}).status == 0;
-    if (!works)
-        return {};
-    Strings all = {"strace", "-D"};
-    all.insert(all.end(), options.begin(), options.end());
-    all.insert(all.end(), command.begin(), command.end());
-    return all;
-}
-
-HelperTest::HelperTest()
-    : root(sandbox.path()),
-      folder(root / "Library/Printers/QUORVEX/Preferences/vendor.quorvex.printers.R4270"), program(PDE_HELPER)
+HelperTest::HelperTest() : root(sandbox.path()), program(PDE_HELPER)
 {
     umask(022);
+    ScopedVariable variable("PDE_ROOT", root);
+    folder = preferencesFolder();
     fs::create_directories(folder);
-    std::string login = getpwuid(getuid())->pw_name;
-    current = folder / (login + "-R4270-profile.plist");
-    previous = folder / (login + "-R4270-profile.prev.plist");
+    current = currentListPath();
+    previous = previousListPath();
     url = fileUrl(current);
 }
 
@@ -89,19 +77,19 @@ ProcessResult HelperTest::run(const Strings& arguments, ProcessOptions options) 
     return result;
 }
 
-bool HelperTest::confirms(const Strings& arguments, const ProcessOptions& options) const
+bool HelperTest::confirms(const Strings& arguments) const
 {
-    ProcessResult result = run(arguments, options);
+    ProcessResult result = run(arguments);
     bool said = result.out == arguments[0] + "=TRUE\n";
     EXPECT_EQ(said, result.status == 0) << result.out << result.err;
     return said;
 }
 
-std::string HelperTest::expectRefused(const Strings& arguments, const ProcessOptions& options) const
+std::string HelperTest::expectRefused(const Strings& arguments) const
 {
     SCOPED_TRACE(::testing::PrintToString(arguments));
     std::string before = treeOf(root);
-    ProcessResult result = run(arguments, options);
+    ProcessResult result = run(arguments);
     EXPECT_EQ(result.out, arguments[0] + "=FALSE\n");
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.err, "");
@@ -112,11 +100,9 @@ std::string HelperTest::expectRefused(const Strings& arguments, const ProcessOpt
 Strings HelperTest::names() const
 {
     Strings all;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        std::string name = entry.path().filename();
-        if (!name.starts_with(".R4270-lock-") && !name.starts_with(".R4270-walk-"))
-            all.push_back(name);
-    }
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (!isLock(entry.path()))
+            all.push_back(entry.path().filename());
     std::sort(all.begin(), all.end());
     return all;
 }

@@ -10,19 +10,12 @@
 
 using Strings = std::vector<std::string>;
 
-/// What stands between blanks.
-Strings words(const std::string& text);
-
 /// A short, valid list file; `tag` tells one from another.
 std::string listText(int tag);
 
 /// What a tree holds: a line for each entry with its type, owner, mode, links, size, time and contents. The
 /// folders' own times and the helper's empty lock files are left out.
 std::string treeOf(const std::filesystem::path& folder);
-
-/// `strace` with `options` in front of a command, so that the command stays this process's child; empty when
-/// tracing does not work here.
-Strings traced(const Strings& options, const Strings& command);
 
 /// A root folder of its own for the development build of the helper, and the verbs of its commands.
 class HelperTest : public ::testing::Test {
@@ -31,9 +24,9 @@ protected:
 
     /// Runs the helper; whatever it was asked, its reply is short.
     ProcessResult run(const Strings& arguments, ProcessOptions options = {}) const;
-    bool confirms(const Strings& arguments, const ProcessOptions& options = {}) const;
+    bool confirms(const Strings& arguments) const;
     /// "COMMAND=FALSE", exit status 1, and nothing changed below the root folder. Gives the reason.
-    std::string expectRefused(const Strings& arguments, const ProcessOptions& options = {}) const;
+    std::string expectRefused(const Strings& arguments) const;
 
     bool stage(const std::string& piece) const { return confirms({kWritePieceCommand, url, piece}); }
     bool rename() const { return confirms({kRenameCommand, url}); }

@@ -22,7 +22,6 @@ constexpr size_t kLongestReply = 1 << 20;
 constexpr int kFirstFree = STDERR_FILENO + 1;
 
 bool messagesPass = false;
-std::string failure;
 
 /// Both ends closed on exec and above the standard descriptors, which a host may have closed.
 bool openPipe(int (&ends)[2])
@@ -96,18 +95,17 @@ struct SpawnSettings {
     SpawnSettings& operator=(const SpawnSettings&) = delete;
 };
 
-/// Gives 0, or the error because of which there is no child.
-int startHelper(const std::string& program, const std::vector<std::string>& arguments, int output,
-                pid_t& child)
+pid_t startHelper(const std::string& program, const std::vector<std::string>& arguments, int output)
 {
     std::vector<std::string> all = arguments;
     all.insert(all.begin(), program);
     std::vector<std::string> environment = keptEnvironment();
     SpawnSettings settings(output);
-    if (!settings.valid)
-        return ENOMEM;
-    return posix_spawn(&child, program.c_str(), &settings.files, &settings.attributes, pointers(all).data(),
-                       pointers(environment).data());
+    pid_t child = -1;
+    if (!settings.valid || posix_spawn(&child, program.c_str(), &settings.files, &settings.attributes,
+                                       pointers(all).data(), pointers(environment).data()) != 0)
+        return -1;
+    return child;
 }
 
 /// Reads to the end of file, also past the longest reply, so that the helper is never stuck. False when the
@@ -157,33 +155,20 @@ void passHelperMessages()
     messagesPass = true;
 }
 
-const std::string& helperFailure()
-{
-    return failure;
-}
-
 std::optional<std::string> helperReply(const std::vector<std::string>& arguments)
 {
     std::string program = helperExecutable();
     int ends[2];
-    if (access(program.c_str(), F_OK) != 0 || !openPipe(ends)) {
-        failure = std::string("cannot be started: ") + strerror(errno);
+    if (access(program.c_str(), F_OK) != 0 || !openPipe(ends))
         return std::nullopt;
-    }
-    pid_t child = -1;
-    int error = startHelper(program, arguments, ends[1], child);
+    pid_t child = startHelper(program, arguments, ends[1]);
     close(ends[1]);
     std::string reply;
-    bool whole = error == 0 && drain(ends[0], reply);
+    bool whole = child > 0 && drain(ends[0], reply);
     close(ends[0]);
     // In a host that ignores SIGCHLD there is nobody to wait for: that fails once the helper has exited.
-    int status = 0;
-    while (error == 0 && waitpid(child, &status, 0) < 0 && errno == EINTR)
+    while (child > 0 && waitpid(child, nullptr, 0) < 0 && errno == EINTR)
         continue;
-    failure = error != 0            ? std::string("cannot be started: ") + strerror(error)
-              : !reply.empty()      ? ""
-              : WIFSIGNALED(status) ? std::string("ended without an answer: ") + strsignal(WTERMSIG(status))
-                                    : "ended without an answer";
     if (!whole || !isUtf8(reply))
         return std::nullopt;
     return reply;

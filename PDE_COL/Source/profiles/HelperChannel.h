@@ -15,10 +15,6 @@
 /// or longer than 1 MiB. How the helper exited does not count.
 std::optional<std::string> helperReply(const std::vector<std::string>& arguments);
 
-/// Why the last command got no reply, to follow the helper's path in a sentence ("cannot be started: ...");
-/// "" when it got one.
-const std::string& helperFailure();
-
 /// From now on, what the helper says on standard error goes to this process's: for a program that is used at
 /// a terminal. Without this call it is dropped, since a panel must not write into the log of its host.
 void passHelperMessages();
