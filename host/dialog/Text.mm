@@ -17,5 +17,5 @@ NSString* stringOf(const std::string& text)
 NSString* localized(NSString* english)
 {
     static NSBundle* texts = [[NSBundle alloc] initWithPath:stringOf(textsFolder())];
-    return [texts localizedStringForKey:english value:english table:nil];
+    return texts != nil ? [texts localizedStringForKey:english value:english table:nil] : english;
 }

@@ -113,7 +113,13 @@ protected:
                                                       error:&reason];
         ASSERT_TRUE(dialog_ != nil) << [reason UTF8String];
         [dialog_ showPanel];
-        turn(0.5);
+        awaitPanel();
+    }
+
+    void awaitPanel()
+    {
+        for (int i = 0; i < 100 && (i < 3 || [dialog_ panel] == nil); ++i)
+            turn(0.1);
     }
 
     void close()
@@ -160,7 +166,11 @@ protected:
         return chooseItem([[dialog_ window] presets], title, buttons);
     }
 
-    void goTo(NSString* printer) { chooseItem([[dialog_ window] printers], printer); }
+    void goTo(NSString* printer)
+    {
+        chooseItem([[dialog_ window] printers], printer);
+        awaitPanel();
+    }
 
     void set(const char* field, int index)
     {
@@ -254,9 +264,11 @@ TEST_F(DialogActions, KeepsTheChoicesOfEachPrinterAndPresetsForAllOfTheModel)
     preset(@"Delete", {"Delete"});
     EXPECT_EQ([[[dialog_ window] presets] indexOfItemWithTitle:@"My Preset"], -1);
     EXPECT_EQ(value("menu_QuickColor"), 0);
+    goTo(@"Hall");
+    EXPECT_EQ(value("menu_Brightness"), 4) << "chosen just before the printer was left";
     Presets* presets = [[[Presets alloc] initWithFolder:@"presets"] autorelease];
-    for (NSString* name in @[ @"", @"..", @"../x", @"a/b", @".hidden", @"line\nfeed" ])
-        EXPECT_FALSE([presets save:@{} name:name]) << [name UTF8String] << ": outside the folder, or unseen";
+    for (NSString* name in @[ @"", @"..", @"../x", @"a/b", @".hidden", @"QUORVEX R4270/x" ])
+        EXPECT_FALSE([presets save:@{} name:name]) << [name UTF8String] << ": elsewhere, or unseen";
 }
 
 TEST_F(DialogActions, RemembersWhatAPrinterWasLastUsedWith)
