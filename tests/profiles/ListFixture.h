@@ -40,7 +40,6 @@ protected:
 
     /// The names of the commands so far, a line each.
     std::string commands() const { return readFile(sandbox / "commands"); }
-
     /// The arguments of the `n`th command (from 1), each followed by "|".
     std::string arguments(int n) const { return readFile(sandbox / ("arguments." + std::to_string(n))); }
 

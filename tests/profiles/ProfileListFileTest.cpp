@@ -8,21 +8,12 @@ namespace {
 
 class ProfileListFile : public ListFixture {
 protected:
-    /// Reads the file as it is now into zeroed lists; those it gives follow the rules.
-    int32_t read()
-    {
-        std::fill_n(lists.get(), kProfileListCount, ProfileList{});
-        int32_t result = readAll();
-        for (const ProfileRecord& r : rgb().records)
-            EXPECT_EQ(r.FileName[kLongestName] | r.ProfileName[kLongestName], 0);
-        EXPECT_TRUE(rgb().iNum >= 0 && rgb().iNum <= kProfileSlots);
-        return result;
-    }
-
+    /// Reads the text into zeroed lists.
     int32_t readText(const std::string& text)
     {
         writeListFile(text);
-        return read();
+        std::fill_n(lists.get(), kProfileListCount, ProfileList{});
+        return readAll();
     }
 };
 
@@ -31,26 +22,12 @@ std::string integer(const std::string& text)
     return "<integer>" + text + "</integer>";
 }
 
-std::string nested(int levels)
-{
-    std::string text = "<plist><dict><key>RGB</key>";
-    for (const char* tag : {"<array>", "</array>"})
-        for (int i = 0; i < levels; ++i)
-            text += tag;
-    return text + "</dict></plist>";
-}
-
 } // namespace
 
 TEST_F(ProfileListFile, CountFollowsTheUsedSlotsAndWhatLiesBehindAHoleIsLost)
 {
-    const struct {
-        std::vector<int32_t> stored;
-        const char* count;
-        std::vector<int32_t> codes;
-    } rows[] = {
+    const std::tuple<std::vector<int32_t>, const char*, std::vector<int32_t>> rows[] = {
         {{3, 3, 0}, "400", {3, 3, 0}},
-        {{3, 3, 0}, "-1", {3, 3, 0}},
         {{3, 0, 3}, "3", {3, 0, 0}},
         {{3, 0, 3}, "2", {3, 0, 3}}, // an agreeing count changes nothing
     };
@@ -68,26 +45,18 @@ TEST_F(ProfileListFile, ReadsBackWhatItWroteButForTheSeventhColumn)
     for (int i = 0; i < kProfileSlots; ++i)
         full.records[i] = {i, 1 + i % 6, INT32_MIN, "<a & \"b\">.icc", "\xC3\xA9\xF0\x9F\x8E\xA8\n\t", 5, 42};
     full.iNum = kProfileSlots;
-    std::string text = listFileText(full, {}, listOf({record(3)}));
-    ASSERT_EQ(readText(text), 0);
+    ASSERT_EQ(readText(listFileText(full, {}, listOf({record(3)}))), 0);
     EXPECT_EQ(nameText(dst().records[0].ProfileName), "Profile 3");
     for (ProfileRecord& r : full.records)
         r.TableColumn7 = 0;
     EXPECT_EQ(memcmp(&rgb(), &full, sizeof full), 0);
-    ProcessResult python = runProcess(
-        {"python3", "-c",
-         "import plistlib,sys; d=plistlib.loads(sys.stdin.buffer.read()); assert d['PlistVersion']==1\n"
-         "print({len(f) for c in ('RGB','SIM','DST') for f in d[c].values() if f.__class__ is dict},"
-         " d['RGB']['InMenu']['InMenu0005'], d['SIM']['iNum'], repr(d['SIM']['FileName']['FileName0499']))"},
-        {.input = text});
-    EXPECT_EQ(python.out, "{500} 6 0 ''\n") << python.err;
 }
 
 TEST_F(ProfileListFile, AFieldWithoutEntryIsLeftAsItWasAndOtherKeysAreNoSlots)
 {
     std::string text = fileWith("InMenu0001", integer("-1"), listOf({record(3, "file.icc")}));
     text.replace(text.find("InMenu0001"), 10, "InMenu0500");
-    for (const char* key : {"InMenu0002", "inmenu0001", "InMenu-001", "FileName0001"})
+    for (const char* key : {"InMenu0002", "inmenu0001", "InMenu-001"})
         text.replace(text.find("IndexOnDevice00"), 17, key);
     text.replace(text.find("InMenu0000", text.find("<key>SIM")), 10, "InMenu9999");
     writeListFile(text.replace(text.find("FileName0000"), 12, "FileName"));
@@ -97,30 +66,23 @@ TEST_F(ProfileListFile, AFieldWithoutEntryIsLeftAsItWasAndOtherKeysAreNoSlots)
     EXPECT_EQ(nameText(rgb().records[0].FileName), "before.icc");
     EXPECT_EQ(rgb().iNum, 1);
     EXPECT_EQ(codes(sim(), 2), (std::vector<int32_t>{3, 0})) << "written past the list before it";
-    text.replace(text.find("InMenu0400"), 10, "InMenu0000"); // there twice: the last counts
-    EXPECT_EQ(readText(text), 0);
-    EXPECT_EQ(rgb().iNum, 0);
 }
 
 TEST_F(ProfileListFile, NamesHave31BytesAndWhatIsNoTextIsLeftOutOfTheFileAndNothingElseIs)
 {
-    const std::string long31(31, 'a'), japanese = "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E";
+    const std::string long31(31, 'a');
     const std::pair<std::string, std::string> rows[] = {
         {long31, long31},
         {long31 + "a", long31}, // fills the field, without a terminator
         {std::string(30, 'a') + "\xC3\xA9", std::string(30, 'a')},
         {std::string(29, 'a') + "\xF0\x9F\x8E\xA8", std::string(29, 'a')},
-        {japanese, japanese},
         {"B\xFCro.icc", ""},
-        {"bell\x07.icc", ""},
         {"\xEF\xBF\xBF", ""},
     };
     for (const auto& [name, stored] : rows) {
         ProfileRecord odd = record(6);
         setNameText(odd.FileName, name, kProfileNameSize);
-        std::string text = listFileText(listOf({odd, record(4)}), {}, {});
-        EXPECT_EQ(text.find(std::string(32, 'a')), std::string::npos);
-        ASSERT_EQ(readText(text), 0) << name;
+        ASSERT_EQ(readText(listFileText(listOf({odd, record(4)}), {}, {})), 0) << name;
         EXPECT_EQ(nameText(rgb().records[0].FileName), stored);
         EXPECT_EQ(nameText(rgb().records[1].FileName), "file4.icc");
         if (stored.empty())
@@ -132,21 +94,13 @@ TEST_F(ProfileListFile, NamesHave31BytesAndWhatIsNoTextIsLeftOutOfTheFileAndNoth
 
 TEST_F(ProfileListFile, ValuesOfAnotherTypeOrSizeCountAsAbsent)
 {
-    const struct {
-        std::string value;
-        int32_t number;
-        std::string name;
-    } rows[] = {
+    const std::tuple<std::string, int32_t, std::string> rows[] = {
         {integer("3"), 3, ""},
         {integer(" -2147483648 "), INT32_MIN, ""},
         {integer("2147483648"), 0, ""},
-        {integer("-9223372036854775809"), 0, ""},
-        {integer("0x3"), 0, ""},
         {integer("3 4"), 0, ""},
         {"<real>3</real>", 0, ""},
-        {"<dict/>", 0, ""},
         {"<string>3</string>", 0, "3"},
-        {"<string>" + std::string(1000000, 'x') + "</string>", 0, std::string(31, 'x')},
         {"<string>a&#0;b</string>", 0, "a"},
         {"<string>a&#xD800;b</string>", 0, ""}, // half a surrogate pair
         {"<string>a<!-- c -->b<![CDATA[<c>]]></string>", 0, "ab<c>"},
@@ -155,30 +109,31 @@ TEST_F(ProfileListFile, ValuesOfAnotherTypeOrSizeCountAsAbsent)
         ASSERT_EQ(readText(fileWith("InMenu0000", value)), 0);
         EXPECT_EQ(rgb().records[0].InMenu, number) << value;
         ASSERT_EQ(readText(fileWith("FileName0000", value, listOf({record(3)}))), 0);
-        EXPECT_EQ(nameText(rgb().records[0].FileName), name) << value.substr(0, 60);
-        EXPECT_TRUE(isListFileText(listFileText(rgb(), sim(), dst())));
+        EXPECT_EQ(nameText(rgb().records[0].FileName), name) << value;
     }
 }
 
 TEST_F(ProfileListFile, DocumentsThatAreNoListFileAreRefused)
 {
-    const std::string good = listFileText({}, {}, {}), body = good.substr(good.find("<plist")),
-                      plist = "<plist>";
+    const std::string good = listFileText({}, {}, {}), body = good.substr(good.find("<plist"));
+    std::string deep = "<plist><dict><key>RGB</key>";
+    for (const char* tag : {"<array>", "</array>"})
+        for (int i = 0; i < 1000000; ++i)
+            deep += tag;
+    deep += "</dict></plist>";
     for (const std::string& text :
-         {std::string(), std::string("bplist00\xD1\x01\x02", 11),
-          "<!DOCTYPE plist [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;&a;&a;\">]>" + body, body + body,
-          plist + "<array/></plist>", plist + "<dict/><dict/></plist>",
-          plist + "<dict><dict/></dict></plist>", plist + "<dict>text<key>RGB</key><dict/></dict></plist>",
+         {std::string(), std::string("bplist00\xD1\x01\x02", 11), body + body, deep,
+          "<!DOCTYPE plist [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;&a;&a;\">]>" + body,
+          std::string("<plist><dict/><dict/></plist>"), std::string("<plist><dict><dict/></dict></plist>"),
           good + std::string(1, '\0'), fileWith("FileName0000", "<string>\xFF</string>"),
-          std::string(kLongestListFile, ' ') + body, fileWith("Location", integer("1")), nested(4),
-          nested(1000000), good.substr(0, good.size() - 9)})
+          std::string(kLongestListFile, ' ') + body, fileWith("Location", integer("1")),
+          good.substr(0, good.size() - 9)})
         EXPECT_EQ(readText(text), -1) << text.substr(0, 60);
     EXPECT_EQ(readText("\xEF\xBB\xBF" + good), 0) << "a byte order mark";
-    for (const char* made :
-         {"true", "mkfifo $0", "mkdir $0", "ln -s /dev/zero $0", "ln -s $0 $0", "truncate -s 10G $0"}) {
+    for (const char* made : {"true", "mkfifo $0", "mkdir $0", "ln -s /dev/zero $0", "truncate -s 10G $0"}) {
         std::filesystem::remove(currentListPath());
         EXPECT_EQ(runProcess({"sh", "-c", made, currentListPath()}).status, 0);
-        EXPECT_EQ(read(), -1) << made;
+        EXPECT_EQ(readAll(), -1) << made;
     }
 }
 
@@ -204,7 +159,4 @@ TEST_F(ProfileListFile, AVersionIsParsedOnceButNotTrustedInTheInstantOfItsChange
     }
     EXPECT_GT(openedAgain, 0) << "a change in the same tick of the clock may leave the times as they are";
     close(watch);
-    std::filesystem::remove(currentListPath());
-    EXPECT_EQ(readAll(), -1);
-    EXPECT_EQ(currentListPath(std::string(300, 'n')).size(), sandbox.path().string().size() + 254);
 }

@@ -1,6 +1,5 @@
 #include "support/PrivateCups.h"
 
-#include <cups/cups.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -11,7 +10,6 @@ namespace {
 const char* const kServer = "/usr/sbin/cupsd";
 const char* const kExecutor = "/usr/lib/cups/daemon/cups-exec";
 const char* const kFilters = "/usr/lib/cups/filter";
-const char* const kData = "/usr/share/cups";
 
 // Called without arguments a backend lists its devices: it has none. The options come last, so that a job
 // that has them is complete.
@@ -61,9 +59,8 @@ void PrivateCups::layOut() const
         fs::create_directories(sandbox_ / folder);
     fs::create_symlink(kExecutor, sandbox_ / "bin/daemon/cups-exec");
     fs::create_symlink(kFilters, sandbox_ / "bin/filter");
-    fs::create_symlink(kData, sandbox_ / "data");
-    for (const char* scheme : {"lpd", "socket", "dnssd"})
-        fs::permissions(sandbox_.write(std::string("bin/backend/") + scheme, kBackend), fs::perms(0755));
+    fs::create_symlink("/usr/share/cups", sandbox_ / "data");
+    fs::permissions(sandbox_.write("bin/backend/socket", kBackend), fs::perms(0755));
 
     std::string root = sandbox_.path();
     sandbox_.write("etc/cups-files.conf", "ServerRoot " + root + "/etc\nServerBin " + root +
@@ -95,9 +92,9 @@ bool PrivateCups::administer(const std::vector<std::string>& arguments)
     return result.status == 0;
 }
 
-bool PrivateCups::addQueue(const std::string& name, const fs::path& ppd, const std::string& deviceUri)
+bool PrivateCups::addQueue(const std::string& name, const fs::path& ppd)
 {
-    return administer({"/usr/sbin/lpadmin", "-p", name, "-E", "-v", deviceUri, "-P", ppd});
+    return administer({"/usr/sbin/lpadmin", "-p", name, "-E", "-v", "socket://127.0.0.2:9100", "-P", ppd});
 }
 
 std::optional<PrivateCups::Job> PrivateCups::receivedJob(int id) const
@@ -105,12 +102,5 @@ std::optional<PrivateCups::Job> PrivateCups::receivedJob(int id) const
     std::string file = sandbox_ / ("spool/tmp/job-" + std::to_string(id));
     if (!waitUntil([&file] { return fs::exists(file + ".options"); }))
         return std::nullopt;
-    Job job;
-    job.data = readFile(file + ".data");
-    cups_option_t* options = nullptr;
-    int count = cupsParseOptions(readFile(file + ".options").c_str(), 0, &options);
-    for (int i = 0; i < count; ++i)
-        job.options[options[i].name] = options[i].value;
-    cupsFreeOptions(count, options);
-    return job;
+    return Job{readFile(file + ".options"), readFile(file + ".data")};
 }

@@ -3,7 +3,6 @@
 #include "support/Process.h"
 #include "support/Sandbox.h"
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,8 +12,8 @@
 class PrivateCups {
 public:
     struct Job {
-        std::map<std::string, std::string> options; ///< booleans as "true" and "false"
-        std::string data;                           ///< the bytes of the document
+        std::string options; ///< as the server hands them to a backend
+        std::string data;    ///< the bytes of the document
     };
 
     /// Whether this machine has a server to run.
@@ -26,12 +25,10 @@ public:
     /// Why the server does not run; empty when it does.
     const std::string& problem() const { return problem_; }
 
-    /// Makes a queue from a PPD; the schemes lpd, socket and dnssd have a backend. The default is an address
-    /// that is not asked for profiles. False, with the reason in problem(), when the server refuses.
-    bool addQueue(const std::string& name, const std::filesystem::path& ppd,
-                  const std::string& deviceUri = "socket://127.0.0.2:9100");
-
-    /// Runs an administrator's program on the server. False, with the reason in problem(), when it fails.
+    /// Makes a queue at an address that is not asked for profiles. These give false, with the reason in
+    /// problem(), when the server refuses.
+    bool addQueue(const std::string& name, const std::filesystem::path& ppd);
+    /// Runs an administrator's program on the server.
     bool administer(const std::vector<std::string>& arguments);
 
     /// The job as the backend got it; nothing when it does not arrive within ten seconds.
@@ -41,7 +38,7 @@ public:
     std::string log() const { return readFile(sandbox_ / "log/error"); }
 
     void stop() { server_.reset(); }
-    /// Starts the server again, with its queues. False, with the reason in problem(), when it does not run.
+    /// Starts the server again, with its queues.
     bool start();
 
 private:
