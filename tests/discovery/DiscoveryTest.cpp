@@ -1,4 +1,7 @@
-// From a printer on the network to the stored lists, through the real helper and walker.
+// From a printer on the network to the stored lists: walks of a simulated printer's table in this process,
+// and through the real helper. They check the printer's faults as well: one that did nothing would give a
+// complete walk.
+#include "discovery/ProfileTableWalk.h"
 #include "discovery/SpoolMerge.h"
 #include "discovery/SpoolTable.h"
 #include "profiles/HelperProtocol.h"
@@ -7,41 +10,73 @@
 #include "support/DriverRoot.h"
 #include "support/SimulatedPrinter.h"
 
-#include <csignal>
+#include <cstring>
 #include <gtest/gtest.h>
-#include <set>
+#include <random>
+#include <sched.h>
+
+#if __has_feature(address_sanitizer)
+// net-snmp's argument parser leaves a copy of the community behind at each call: the walker calls it once.
+extern "C" const char* __lsan_default_suppressions()
+{
+    return "leak:netsnmp_parse_args\n";
+}
+#endif
 
 namespace {
 
 using Words = std::vector<std::string>;
+const std::string kTable = "1.3.6.1.4.1.99999.1.1.1.1.6.13.1.1";
 
 class Discovery : public testing::Test {
 protected:
-    /// Starts a printer with this table at the port that net-snmp's configuration names.
+    static int walkBy(Words words)
+    {
+        std::vector<char*> argv;
+        for (std::string& word : words)
+            argv.push_back(word.data());
+        argv.push_back(nullptr);
+        return mib_walk(static_cast<int>(words.size()), argv.data());
+    }
+    static int walkAt(const std::string& agent, const Words& options = {})
+    {
+        Words words = {"snmpwalk", "-Os", "-c", "vislaq", "-v", "1", "-t", "2", "-r", "0"};
+        words.insert(words.end(), options.begin(), options.end());
+        words.insert(words.end(), {agent, kTable});
+        return walkBy(words);
+    }
+    /// Starts a printer at the port that net-snmp's configuration names from here on.
     void startPrinter(const std::string& table, const Words& options = {})
     {
-        printer_ = std::make_unique<SimulatedPrinter>(table, options);
-        configuration_.write("snmp.conf",
-                             "defaultPort " + std::to_string(printer_->port()) + "\ntimeout 2\nretries 0\n");
+        printer_.emplace(table, options);
+        configuration_.write("snmp.conf", "retries 0\ndefaultPort " + std::to_string(printer_->port()));
     }
-    static Words command(const std::string& host = "127.0.0.1")
+    int walk(const std::string& table, const Words& printerOptions = {}, const Words& options = {})
     {
-        Words words = walkCommand(loginName(), host);
-        words.insert(words.begin(), helperExecutable());
-        return words;
-    }
-    /// Walks through the helper and expects this exit value as all that it says.
-    static void walk(int exitValue)
-    {
-        const ProcessResult result = runProcess(command());
-        EXPECT_EQ(result.out, "mibwalk_XPC=iRet=" + std::to_string(exitValue) + "\n") << result.err;
-        EXPECT_EQ(result.status, exitValue == 0 ? 0 : 1);
+        startPrinter(table, printerOptions);
+        return walkAt(printer_->address(), options);
     }
     static std::string row(int number, const std::string& fileName, int profileClass = 1,
                            int location = kOnDisk)
     {
         return "profile " + std::to_string(number) + " " + std::to_string(location) + " \"Found\" \"" +
                fileName + "\" " + std::to_string(profileClass) + "\n";
+    }
+    static std::string rows(int count)
+    {
+        std::string table;
+        for (int number = 1; number <= count; ++number)
+            table += row(number, "FILE" + std::to_string(number) + ".ICC", number % 3 + 1);
+        return table;
+    }
+    /// How many requests the printer saw that begin like this.
+    long asked(const std::string& request) const
+    {
+        long count = 0;
+        const std::string log = printer_->log();
+        for (size_t at = 0; (at = log.find("\n" + request + " ", at)) != log.npos; ++at)
+            ++count;
+        return count;
     }
     static ProfileRecord record(const std::string& fileName, int32_t inMenu, int32_t indexOnDevice = 7)
     {
@@ -58,178 +93,302 @@ protected:
         list->iNum = static_cast<int32_t>(records.size());
         ASSERT_EQ(VelPListWriteProfile_All(list.get(), list.get(), list.get()), 0);
     }
-    /// The file names and codes of the list as it is stored now, "A.ICC 2, B.ICC 4", sorted.
+    /// The file names and codes of the list as it is stored now, "A.ICC 2, B.ICC 4, ".
     std::string codes(ProfileListIndex index)
     {
         EXPECT_EQ(VelPListReadProfile_All(&lists_[kRgbList], &lists_[kSimList], &lists_[kDstList]), 0);
-        std::set<std::string> entries;
-        for (int i = 0; i < lists_[index].iNum; ++i)
-            entries.insert(std::string(nameText(lists_[index].records[i].FileName)) + " " +
-                           std::to_string(lists_[index].records[i].InMenu));
         std::string text;
-        for (const std::string& entry : entries)
-            text += (text.empty() ? "" : ", ") + entry;
+        for (const ProfileRecord* each = lists_[index].records; each->FileName[0] != '\0'; ++each)
+            text += std::string(nameText(each->FileName)) + " " + std::to_string(each->InMenu) + ", ";
         return text;
     }
 
     DriverRoot root_;
     Sandbox configuration_;
     ScopedVariable readsConfiguration_{"SNMPCONFPATH", configuration_.path()};
-    std::unique_ptr<SimulatedPrinter> printer_;
+    std::optional<SimulatedPrinter> printer_;
     std::unique_ptr<ProfileList[]> lists_ = std::make_unique<ProfileList[]>(kProfileListCount);
 };
 
 } // namespace
 
+TEST_F(Discovery, SpoolsEveryColumnAndStartsCleanEachTime)
+{
+    ASSERT_EQ(walk("profile 3 5 \"B\xC3\xBCro\" \"FILE3.ICC\" 2 9 7\n" + rows(2), {}, {"-Cipcz"}), 0);
+    EXPECT_STREQ(walkMessage(), "Unknown flag passed to -C: z\n");
+    ASSERT_EQ(walkAt(printer_->address()), 0) << "the flags of the walk before do not linger";
+    EXPECT_STREQ(walkMessage(), "");
+    EXPECT_EQ(numprinted, 21);
+    const ProfileRecord expected{3, 0, 2, "FILE3.ICC", "B\xC3\xBCro", 5, 7};
+    EXPECT_EQ(memcmp(&PlistForSpool.records[2], &expected, sizeof expected), 0);
+    EXPECT_EQ(asked("GET"), 1) << "of the root, which only the first walk was to include";
+}
+
+TEST_F(Discovery, TakesOfAnObjectOnlyWhatFitsItsColumn)
+{
+    const Words values = {"i 9", "s TEXT", "u 9", "c 9", "t 9", "a 127.0.0.1", "o 1.3.6"};
+    std::string table;
+    for (int column = 0; column <= 8; ++column)
+        for (size_t row = 1; row <= values.size(); ++row)
+            table += "object " + std::to_string(column) + ".1." + std::to_string(row) + " " +
+                     values[row - 1] + "\n";
+    ASSERT_EQ(walk(table), 0);
+    auto expected = std::make_unique<ProfileList>();
+    expected->records[0] = {9, 0, 9, {}, {}, 9, 9};
+    expected->records[1] = {0, 0, 0, "TEXT", "TEXT", 0, 0};
+    expected->iNum = 1; // rows are counted by the integers of column 1
+    EXPECT_EQ(memcmp(&PlistForSpool, expected.get(), sizeof PlistForSpool), 0);
+}
+
+TEST_F(Discovery, TouchesNoRowButTheObjectsOwn)
+{
+    std::string strays;
+    for (std::string name : {"1", "1.1", "1.1.0", "1.1.501", "1.1.4294967295", "1.1.2147483648", "0.1.1",
+                             "8.1.500", "4294967295.1.1"})
+        strays += "object " + name + " i 9\n";
+    EXPECT_EQ(walk(strays), 0);
+    EXPECT_EQ(memcmp(&PlistForSpool, std::make_unique<ProfileList>().get(), sizeof PlistForSpool), 0);
+    EXPECT_EQ(walk("object 1.4294967295.499 i 9\nobject 1.4294967295.500.4 i 9\n"), 0);
+    EXPECT_EQ(PlistForSpool.records[498].IndexOnDevice + PlistForSpool.records[499].IndexOnDevice, 18);
+    for (size_t length : {0, 31, 32, 33, 2000}) {
+        EXPECT_EQ(walk("object 3.1.1 s " + std::string(length, 'p') + "\nobject 4.1.1 x \"41 00 42\"\n"), 0);
+        EXPECT_EQ(nameText(PlistForSpool.records[0].ProfileName),
+                  std::string(std::min<size_t>(length, 32), 'p'));
+        EXPECT_EQ(std::string(PlistForSpool.records[0].FileName, 3), std::string("A\0\0", 3));
+    }
+}
+
+TEST_F(Discovery, EndsAsThePrinterMakesIt)
+{
+    const struct {
+        Words fault;
+        int exitValue, variables, rows;
+    } cases[] = {
+        // Nobody's answers and half ones: alone they are none.
+        {{"silent"}, 1, 0, 0},
+        {{"from:127.0.0.2"}, 1, 0, 0},
+        {{"from:127.0.0.1:" + std::to_string(freePort())}, 1, 0, 0},
+        {{"community:visla"}, 1, 0, 0},
+        {{"community:vislaQ"}, 1, 0, 0},
+        {{"version2"}, 1, 0, 0},
+        {{"request-id"}, 1, 0, 0},
+        {{"truncate:40"}, 1, 0, 0},
+        // What was read before stays.
+        {{"silent", "--fault-after", "5"}, 1, 5, 2},
+        {{"error:1", "--fault-after", "3"}, 2, 3, 2},
+        {{"error:2", "--fault-after", "3"}, 0, 3, 2},
+        {{"type:128", "--fault-after", "3"}, 0, 4, 2},
+        {{"type:129", "--fault-after", "3"}, 0, 4, 2},
+        {{"type:130", "--fault-after", "3"}, 0, 4, 2},
+        {{"many:5", "--fault-after", "13"}, 0, 18, 2},
+        // Names that do not increase, and tables without end.
+        {{"name:"}, 1, 1, 0},
+        {{"name:1.1.1", "--fault-after", "5"}, 1, 6, 2},
+        {{"name:1.1.1"}, 1, 2, 2},
+        {{"endless"}, 1, kMaxWalkVariables, 2},
+        {{"name:.1.3.6.1.5"}, 0, 1, 0},
+        {{"empty"}, 0, 0, 0},
+    };
+    for (const auto& c : cases) {
+        Words fault = c.fault;
+        fault.insert(fault.begin(), "--fault");
+        const std::string what = testing::PrintToString(c.fault);
+        EXPECT_EQ(walk(rows(2), fault, {"-t", "0.2"}), c.exitValue) << what;
+        EXPECT_EQ(numprinted, c.variables) << what;
+        EXPECT_EQ(PlistForSpool.iNum, c.rows) << what;
+        EXPECT_EQ(PlistForSpool.records[499].IndexOnDevice, 0) << what;
+    }
+    EXPECT_EQ(asked("GET"), 1) << "nothing below the root: it may be an object itself";
+    EXPECT_EQ(walk(rows(2), {"--fault", "name:1.1.1"}, {"-Cc"}), 1);
+    EXPECT_EQ(PlistForSpool.iNum, kMaxWalkVariables);
+    EXPECT_EQ(walk(rows(2), {"--fault", "name:1.1.1"}), 1);
+    EXPECT_STREQ(walkMessage(), "[SNMP] Error: OID not increasing: \1 >= \1");
+}
+
+TEST_F(Discovery, LooksAheadWithoutAChangeInWhatItLeaves)
+{
+    for (uint32_t seed = 1; seed <= 25; ++seed) {
+        std::minstd_rand random(seed);
+        std::string table;
+        const uint32_t first = random() % 4 == 0 ? 490 : random() % 3;
+        for (uint32_t column = 1; column <= 8; ++column)
+            for (uint32_t row = first; row < first + 14 && (seed + column) % 5 != 0; ++row)
+                if (random() % 8 != 0)
+                    table += "object " + std::to_string(column) + ".1." + std::to_string(row) +
+                             (column == 3 || column == 4 ? " s F" : " i ") + std::to_string(random() % 9) +
+                             "\n";
+        std::string left[2];
+        for (int window : {1, 8}) {
+            walkWindow = window;
+            left[window / 8] = std::to_string(walk(table, {"--fault", "mixed:" + std::to_string(seed)},
+                                                   {"-t", "0.05", "-r", "30"})) +
+                               " " + std::to_string(numprinted) + walkMessage();
+            left[window / 8].append(reinterpret_cast<const char*>(&PlistForSpool), sizeof PlistForSpool);
+        }
+        EXPECT_TRUE(left[0] == left[1]) << seed << ": " << left[0].c_str() << " / " << left[1].c_str();
+    }
+}
+
+TEST_F(Discovery, LooksAheadQuicklyButGently)
+{
+    using std::chrono::steady_clock;
+    steady_clock::duration taken[2];
+    for (int window : {1, 8}) {
+        walkWindow = window;
+        startPrinter(rows(50), {"--delay", "10"});
+        const auto start = steady_clock::now();
+        EXPECT_EQ(walkAt(printer_->address()), 0);
+        taken[window / 8] = steady_clock::now() - start;
+        EXPECT_EQ(numprinted, 350);
+        EXPECT_LE(asked("GETNEXT"), window == 1 ? 351 : 351 + 16) << "few guesses are in vain";
+    }
+    EXPECT_LT(taken[1] * 4, taken[0]);
+
+    EXPECT_EQ(walk(rows(50), {"--fault", "silent", "--fault-after", "60"}, {"-t", "0.1", "-r", "2"}), 1);
+    const std::string second = "GETNEXT ." + kTable + ".2.1.";
+    EXPECT_EQ(asked(second + "10"), 3) << "the question that counts is repeated";
+    EXPECT_EQ(asked(second + "17"), 1) << "the eighth is asked, and a guess is not repeated";
+    EXPECT_EQ(asked(second + "18"), 0);
+
+    std::string holes;
+    for (int row = 2; row <= 40; row += 2)
+        holes += "object 1.1." + std::to_string(row) + " i 1\n";
+    EXPECT_EQ(walk(holes), 0);
+    EXPECT_EQ(asked("GETNEXT"), 21) << "nothing is asked ahead where nothing goes on as expected";
+
+    EXPECT_EQ(walk(rows(10), {"--fault", "silent:3"}, {"-t", "0.05", "-r", "20"}), 0);
+    EXPECT_EQ(numprinted, 70);
+    EXPECT_LE(asked("GETNEXT"), 71 * 3 / 2 + 16);
+}
+
+TEST_F(Discovery, IsNotCrashedByNoise)
+{
+    for (int seed = 1; seed <= 20; ++seed)
+        EXPECT_LE(unsigned(walk(rows(8), {"--fault", "noise:" + std::to_string(seed)}, {"-t", "0.05"})), 2u);
+}
+
+TEST_F(Discovery, RefusesWhatItCannotStartWith)
+{
+    EXPECT_EQ(walkBy({}), -1);
+    EXPECT_EQ(walkBy({"snmpwalk", "-v", "9"}), -1);
+    EXPECT_EQ(walkBy({"snmpwalk", "-c", "vislaq", "-v", "1", "127.0.0.1", "no.such.name"}), 1);
+    for (const char* silent : {"no-such-host.invalid", "0.0.0.0:9", "224.0.0.1:9", "127.255.255.255:9"})
+        EXPECT_EQ(walkAt(silent, {"-t", "0.05"}), 1) << silent;
+    startPrinter("");
+    EXPECT_EQ(walkBy({"snmpwalk", "-c", "vislaq", "-v", "1", printer_->address()}), 0);
+    EXPECT_EQ(asked("GETNEXT .1.3.6.1.2.1"), 1);
+}
+
+TEST_F(Discovery, IsNotHeldByPacketsThatAreNotTaken)
+{
+    // For root alone: on a busy machine the flood has gaps otherwise. The printer inherits it.
+    const sched_param first{1}, usual{0};
+    (void)sched_setscheduler(0, SCHED_FIFO, &first);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(walk(rows(1), {"--fault", "flood:2600"}, {"-t", "0.1", "-r", "2"}), 1);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2300));
+    (void)sched_setscheduler(0, SCHED_OTHER, &usual);
+}
+
+TEST_F(Discovery, KeepsToItsTimeLimit)
+{
+    walkTimeLimit = std::chrono::milliseconds(400);
+    EXPECT_EQ(walk(rows(500), {"--delay", "50"}, {"-t", "10", "-r", "5"}), 1);
+    EXPECT_GT(PlistForSpool.iNum, 0);
+    EXPECT_LE(PlistForSpool.iNum, 64);
+    EXPECT_EQ(walk(rows(1), {"--fault", "silent"}, {"-t", "0.1", "-r", "50"}), 1);
+    EXPECT_LE(asked("GETNEXT"), 4);
+    walkTimeLimit = std::chrono::minutes(2);
+}
+
 TEST_F(Discovery, TakesEveryCodeThroughTheTableOfTransitions)
 {
+    const int32_t after[][7] = {{0, 1, 1, 3, 3, 5, 6}, {0, 0, 0, 3, 6, 5, 6}};
     std::vector<ProfileRecord> before;
     std::string table;
-    for (int32_t code = 1; code <= 6; ++code) {
+    for (int32_t code = 0; code <= 6; ++code) {
+        for (int failed : {0, 1}) {
+            auto list = std::make_unique<ProfileList>();
+            list->records[499].InMenu = code;
+            vDeleteMIBprofilesTemporary(failed, list.get());
+            EXPECT_EQ(list->records[499].InMenu, after[failed][code]) << code;
+        }
+        if (code == 0)
+            continue;
         before.push_back(record("HERE" + std::to_string(code), code));
         before.push_back(record("GONE" + std::to_string(code), code));
         table += row(code, "HERE" + std::to_string(code));
     }
     store(before);
-    startPrinter(table);
-    walk(0);
+    EXPECT_EQ(walk(table), 0);
     // Listed entries that are gone count as registered by hand from here on.
-    EXPECT_EQ(codes(kRgbList), "GONE1 1, GONE2 1, GONE3 6, GONE4 6, GONE5 5, GONE6 6, "
-                               "HERE1 2, HERE2 2, HERE3 4, HERE4 4, HERE5 2, HERE6 4");
+    EXPECT_EQ(codes(kRgbList), "HERE1 2, GONE1 1, HERE2 2, GONE2 1, HERE3 4, GONE3 6, "
+                               "HERE4 4, GONE4 6, HERE5 2, GONE5 5, HERE6 4, GONE6 6, ");
     EXPECT_STREQ(lists_[kRgbList].records[0].ProfileName, "stored HERE1") << "nothing else is updated";
-
     // All columns that matter are read when the agent begins to fail. A row does not revive an entry that the
-    // failure freed, and what is ticked survives any number of failures.
+    // failure freed, and what is ticked survives.
     store(before);
-    startPrinter(table, {"--fault", "error:5", "--fault-after", "32"});
-    walk(2);
-    const std::string kept = "GONE3 6, GONE4 6, GONE5 5, GONE6 6, ";
-    EXPECT_EQ(codes(kRgbList), kept + "HERE3 4, HERE4 4, HERE5 2, HERE6 4");
-    startPrinter(table, {"--fault", "error:5"});
-    walk(2);
-    EXPECT_EQ(codes(kRgbList), kept + "HERE3 6, HERE4 6, HERE6 6");
-    EXPECT_EQ(codes(kSimList), kept + "HERE3 6, HERE4 6, HERE5 5, HERE6 6");
-    startPrinter(table);
-    walk(0);
-    EXPECT_EQ(codes(kRgbList), kept + "HERE1 2, HERE2 2, HERE3 4, HERE4 4, HERE5 2, HERE6 4")
-        << "the freed ones are really gone, so this walk finds them anew";
-}
-
-TEST_F(Discovery, MarksEveryCodeBeforeTheMerge)
-{
-    const int32_t after[][7] = {{0, 1, 1, 3, 3, 5, 6}, {0, 0, 0, 3, 6, 5, 6}};
-    for (int failed : {0, 1}) {
-        auto list = std::make_unique<ProfileList>();
-        for (int32_t code = 0; code < 7; ++code)
-            list->records[493 + code].InMenu = code;
-        vDeleteMIBprofilesTemporary(failed, list.get());
-        for (int32_t code = 0; code < 7; ++code)
-            EXPECT_EQ(list->records[493 + code].InMenu, after[failed][code]) << code;
-    }
+    EXPECT_EQ(walk(table, {"--fault", "error:5", "--fault-after", "32"}), 2);
+    EXPECT_EQ(codes(kRgbList), "HERE3 4, GONE3 6, HERE4 4, GONE4 6, HERE5 2, GONE5 5, HERE6 4, GONE6 6, ");
 }
 
 TEST_F(Discovery, FilesRowsByClassLocationAndName)
 {
     store({record("NO GOOD.ICC", kByHandListed), record("KEPT.ICC", kByHandListed),
            record("OLD.ICC", kGoneHidden, 0), record("LISTED.ICC", kGoneListed, 0)});
-    startPrinter(row(1, "ONE.ICC", 1) + row(2, "TWO.ICC", 2, kOnCard) + row(3, "LISTED.ICC", 3) +
-                 row(4, "FOUR.ICC", 4) + row(5, "MEMORY.ICC", 1, 1) + row(6, "BAD NAME.ICC", 1) +
-                 row(7, "KEPT.ICC", 1) + row(8, "KEPT.ICC", 3) + row(9, "KEPT.ICC", 1, kOnCard) +
-                 row(10, "OLD.ICC", 1) + row(11, "LISTED.ICC", 1) + row(12, "FRESH.ICC", 1) +
-                 "object 1.1.12 i 0\nobject 3.1.1 x \"ff fe 01 3c 26 3e\"\n");
-    walk(0);
+    EXPECT_EQ(walk(row(1, "ONE.ICC", 1) + row(2, "TWO.ICC", 2, kOnCard) + row(3, "LISTED.ICC", 3) +
+                   row(4, "FOUR.ICC", 4) + row(5, "MEMORY.ICC", 1, 1) + row(6, "BAD NAME.ICC", 1) +
+                   row(7, "KEPT.ICC", 1) + row(8, "KEPT.ICC", 3) + row(9, "KEPT.ICC", 1, kOnCard) +
+                   row(10, "OLD.ICC", 1) + row(11, "LISTED.ICC", 1) + row(12, "FRESH.ICC", 1) +
+                   "object 1.1.12 i 0\nobject 3.1.1 x \"ff fe 01 3c 26 3e\"\n"),
+              0);
     // Entries without an index on the device are cleaned away, though just found, or counted as by hand.
-    EXPECT_EQ(codes(kRgbList), "KEPT.ICC 2, KEPT.ICC 4, LISTED.ICC 6, ONE.ICC 2, TWO.ICC 2");
+    EXPECT_EQ(codes(kRgbList), "KEPT.ICC 4, LISTED.ICC 6, ONE.ICC 2, TWO.ICC 2, KEPT.ICC 2, ");
     for (ProfileListIndex index : {kSimList, kDstList})
-        EXPECT_EQ(codes(index), "KEPT.ICC 4, LISTED.ICC 2, LISTED.ICC 6")
+        EXPECT_EQ(codes(index), "LISTED.ICC 2, KEPT.ICC 4, LISTED.ICC 6, ")
             << "the last stood behind the gap of a bad name, so it joined again";
 }
 
 TEST_F(Discovery, DropsATableThatFindsTheListsFull)
 {
     std::vector<ProfileRecord> full;
-    std::string table;
-    for (int i = 1; i <= kProfileSlots; ++i) {
+    for (int i = 1; i <= kProfileSlots; ++i)
         full.push_back(record("HAND" + std::to_string(i) + ".ICC", kByHandListed));
-        table += row(i, "NEW" + std::to_string(i) + ".ICC", i % 3 + 1);
-    }
     store(full);
     const std::string before = readFile(currentListPath());
-    startPrinter(table);
-    walk(0);
+    EXPECT_EQ(walk(rows(kProfileSlots)), 0);
     EXPECT_EQ(readFile(currentListPath()), before);
     store({});
-    walk(0);
-    (void)codes(kRgbList);
-    EXPECT_EQ(lists_[kRgbList].iNum, 333);
-    EXPECT_EQ(lists_[kDstList].iNum, 167);
-
-    vSpoolPlist(nullptr, 0, nullptr, 1);
-    setNameText(PlistForSpool.records[499].FileName, "LAST.ICC");
-    PlistForSpool.records[499].Location = kOnDisk;
-    PlistForSpool.records[499].ProfileClass = PlistForSpool.records[499].IndexOnDevice = 1;
     PlistForSpool.iNum = 9999; // a table that repeats rows counts more than there are
     EXPECT_EQ(vRestructPlistSpool2Current(1), 0);
-    EXPECT_EQ(codes(kRgbList), "LAST.ICC 2");
+    EXPECT_NE(codes(kDstList).find("FILE500.ICC 2"), std::string::npos);
+    EXPECT_EQ(lists_[kRgbList].iNum, 333);
+    EXPECT_EQ(lists_[kDstList].iNum, 167);
 }
 
 TEST_F(Discovery, SaysNothingButItsResultWhateverThePrinterSays)
 {
-    std::string value;
-    for (const char c : "\nmibwalk_XPC=iRet=77\n" + std::string(30000, '\n')) {
-        char digits[4];
-        snprintf(digits, sizeof digits, "%02x ", static_cast<unsigned char>(c));
-        value += digits;
-    }
-    startPrinter("object .1.3.6.1.4.1.99999.1.1.1.1.6.13.1.1 x \"" + value + "\"\n");
-    walk(0);
-    EXPECT_NE(printer_->log().find("GET .1.3.6.1.4.1.99999.1.1.1.1.6.13.1.1 -> .1"), std::string::npos)
-        << "the root itself is printed";
-}
-
-TEST_F(Discovery, LeavesAWholeListWhenSomethingDiesInTheMiddle)
-{
-    store({record("KEPT.ICC", kFoundListed)});
-    const std::string before = readFile(currentListPath());
-    for (bool killWalk : {true, false}) {
-        startPrinter(row(1, "A.ICC") + row(2, "B.ICC") + row(3, "C.ICC"), {"--delay", "100"});
-        BackgroundProcess helper(command(), root_ / "reply");
-        ASSERT_TRUE(waitUntil([&] { return printer_->log().size() > 600; }));
-        if (killWalk)
-            kill(helper.pid(), SIGKILL);
-        else
-            printer_.reset();
-        EXPECT_TRUE(waitUntil([&] { return !helper.running(); }));
-        EXPECT_EQ(readFile(root_ / "reply"), killWalk ? "" : "mibwalk_XPC=iRet=1\n");
-        EXPECT_EQ(readFile(currentListPath()) == before, killWalk);
-    }
-    EXPECT_NE(codes(kRgbList).find("KEPT.ICC 6"), std::string::npos);
-}
-
-TEST_F(Discovery, AsksAHostByANameWithAnUnderscore)
-{
-    startPrinter(row(1, "A.ICC"));
-    configuration_.write("hosts", "127.0.0.1 my_printer\n");
-    Words inNamespace = {"unshare", "--map-current-user", "--keep-caps", "--mount", "true"};
-    if (runProcess(inNamespace).status != 0)
-        GTEST_SKIP() << "no mount namespace of the test's own here";
-    inNamespace.back() = "sh";
-    inNamespace.insert(inNamespace.end(),
-                       {"-c", "mount --bind \"$0\" /etc/hosts && exec \"$@\"", configuration_ / "hosts"});
-    for (const std::string& word : command("my_printer"))
-        inNamespace.push_back(word);
-    EXPECT_EQ(runProcess(inNamespace).out, "mibwalk_XPC=iRet=0\n");
-    EXPECT_EQ(codes(kRgbList), "A.ICC 2");
+    // A reply with another result, and more than a pipe holds.
+    std::string value = "0a 6d 69 62 77 61 6c 6b 5f 58 50 43 3d 69 52 65 74 3d 37 37 0a";
+    for (int i = 0; i < 30000; ++i)
+        value += " 0a";
+    startPrinter("object ." + kTable + " x \"" + value + "\"\n");
+    Words command = walkCommand(loginName(), "127.0.0.1");
+    command.insert(command.begin(), helperExecutable());
+    EXPECT_EQ(runProcess(command).out, "mibwalk_XPC=iRet=0\n");
+    EXPECT_EQ(asked("GET ." + kTable), 1) << "the root itself is printed";
+    printer_.reset();
+    EXPECT_EQ(runProcess(command).out, "mibwalk_XPC=iRet=1\n");
 }
 
 TEST(ProfileFileName, KeepsToTheRule)
 {
     EXPECT_FALSE(bJudgement8point3Format(nullptr));
-    for (const char* name : {"PROFILE1.ICC", "a.b", "name.x.y", "abc~1.icc", "ends.", "bare", "a...",
-                             "$(id).x", "abcdefghijklmnopqrstuvwxyz0", "abcdefghijklmnopqrstuvwxyz0.123"})
+    for (const char* name : {"PROFILE1.ICC", "a.b", "name.x.y", "abc~1.icc", "bare", "a...", "$(id).x",
+                             "abcdefghijklmnopqrstuvwxyz0", "abcdefghijklmnopqrstuvwxyz0.123"})
         EXPECT_TRUE(bJudgement8point3Format(name)) << name;
-    for (const char* name : {"", ".", ".icc", "PROFILE1.ICCX", "name.tar.gz", "a.....", "two words.icc",
-                             "a@b.icc", "abcdefghijklmnopqrstuvwxyz01", "abcdefghijklmnopqrstuvwxyz01.icc",
-                             "a/b", "a\x7f", "caf\xc3\xa9.icc", "a\n"})
+    for (const char* name :
+         {"", ".", ".icc", "PROFILE1.ICCX", "name.tar.gz", "a.....", "two words.icc", "a@b",
+          "abcdefghijklmnopqrstuvwxyz01.icc", "a/b", "a\x7f", "caf\xc3\xa9.icc", "a\n"})
         EXPECT_FALSE(bJudgement8point3Format(name)) << name;
 }
