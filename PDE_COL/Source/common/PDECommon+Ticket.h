@@ -9,7 +9,8 @@
 @interface PDECommon (Ticket)
 
 /// The dictionary of the session's queue, made when absent, or nil: without a queue identifier, where the
-/// settings hold something else in its place, and where they refuse it. The settings hold it too, or a copy.
+/// settings hold something else in its place, and where they refuse a new one. The settings hold it too, or a
+/// copy.
 + (NSMutableDictionary*)commonGetModelDictionary:(PMPrintSettings)settings session:(PMPrintSession)session;
 
 /// The identifier of the session's printer, or nil.
@@ -33,6 +34,7 @@
 + (int)commonGetTicket:(PMPrintSession)session kind:(NSString*)key ticket:(SInt32*)handle;
 
 /// Controls to print settings, and back. 0 also when there is no queue dictionary: then nothing happens.
+/// Settings that refuse the choices keep theirs, also at the top level, and still give them back.
 + (int)commonSyncTicketFromPane:(PMPrintSettings)settings
                         session:(PMPrintSession)session
                           table:(PDEControlItem*)table;

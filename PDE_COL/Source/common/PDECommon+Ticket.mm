@@ -92,7 +92,8 @@ static int storedValue(const PDEControlItem& row, NSDictionary* choices, int car
     if (stored == nil && [model objectForKey:queue] != nil)
         return nil;
     NSMutableDictionary* choices = writable(stored);
-    return storeChoices(settings, session, choices) ? choices : nil;
+    // What locked settings hold can still be shown.
+    return storeChoices(settings, session, choices) || stored != nil ? choices : nil;
 }
 
 + (NSString*)commonGetPrintQueueName:(PMPrintSession)session
@@ -177,8 +178,10 @@ static int storedValue(const PDEControlItem& row, NSDictionary* choices, int car
         NSString* flag = value < count ? @"False" : @"True";
         (void)[self commonSetTicketAddedProfileFlag:&row dict:choices flag:flag];
     }
-    // Settings may keep a copy of what they are given.
-    (void)storeChoices(settings, session, choices);
+    // Settings may keep a copy of what they are given. Where they refuse it, the top level keeps its choices
+    // too: what is printed is what is shown the next time.
+    if (!storeChoices(settings, session, choices))
+        return kStatusOK;
     return [self commonCFDictionaryMapToTicket:settings copyDict:choices];
 }
 
