@@ -19,7 +19,7 @@ DialogRun runDialog(std::vector<std::string> arguments, const std::vector<std::s
     arguments.insert(arguments.begin(), PDE_BUILD_DIR "/bin/printdialog");
     arguments.insert(arguments.begin() + 1, {"--script", "-"});
     Sandbox root;
-    environment.push_back("PDE_ROOT=" + root.path().string());
+    environment.insert(environment.begin(), "PDE_ROOT=" + root.path().string());
     ProcessOptions options{.environment = environment, .timeout = std::chrono::seconds(60)};
     for (const std::string& line : script)
         options.input += line + "\n";

@@ -15,9 +15,8 @@ struct ProcessResult {
 };
 
 struct ProcessOptions {
-    std::string input;                    ///< fed to standard input, which is then closed
+    std::string input;                    ///< what standard input holds
     std::vector<std::string> environment; ///< "NAME=value" entries, added to this process's own
-    bool cleanEnvironment = false;        ///< only `environment`, nothing of this process's own
     std::chrono::milliseconds timeout{30000};
     uid_t uid = static_cast<uid_t>(-1); ///< run as this user (and his only group `gid`); needs root
     gid_t gid = static_cast<gid_t>(-1);
@@ -45,7 +44,7 @@ private:
     mutable pid_t pid_;
 };
 
-/// Polls `condition` every 10 ms until it is true (then true) or the time is up (then false).
+/// Polls `condition` every 2 ms until it is true (then true) or the time is up (then false).
 template <typename Condition>
 bool waitUntil(Condition condition, std::chrono::milliseconds timeout = std::chrono::seconds(10));
 
@@ -61,7 +60,7 @@ bool waitUntil(Condition condition, std::chrono::milliseconds timeout)
     while (!condition()) {
         if (std::chrono::steady_clock::now() >= end)
             return false;
-        sleepMilliseconds(10);
+        sleepMilliseconds(2);
     }
     return true;
 }
