@@ -4,21 +4,24 @@
 
 #include <Theme.h>
 
-// The toolkit draws all text in one font and has none for what that font lacks, so Japanese and Chinese would
-// be question marks. A font that is not installed is passed over.
+// Names in any script are readable in every language: what the font of the text lacks is taken from the
+// preferred ones. In Japanese and Chinese all text is in the language's own font. One that is not installed
+// is passed over.
 static void registerFonts()
 {
     NSString* language = [[NSUserDefaults userLanguages] objectAtIndex:0];
     NSDictionary* regions =
         [NSDictionary dictionaryWithObjectsAndKeys:@"jp", @"Japanese", @"sc", @"SimplifiedChinese", nil];
     NSString* region = [regions objectForKey:language];
+    NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
+    [defaults registerDefaults:@{@"NSPreferredFonts" : @[ @"DejaVuSans", @"NotoSansCJKjp-Regular" ]}];
     if (region == nil)
         return;
     NSString* regular = [NSString stringWithFormat:@"NotoSansCJK%@-Regular", region];
     NSString* bold = [NSString stringWithFormat:@"NotoSansCJK%@-Bold", region];
     NSDictionary* fonts = [NSDictionary
         dictionaryWithObjectsAndKeys:regular, @"NSFont", regular, @"NSUserFont", bold, @"NSBoldFont", nil];
-    [[NSUserDefaults standardUserDefaults] registerDefaults:fonts];
+    [defaults registerDefaults:fonts];
 }
 
 void registerAppearance()
