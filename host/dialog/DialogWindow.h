@@ -17,6 +17,7 @@
     NSWindow* window_;
     NSView* header_;
     NSView* page_;
+    NSSize pageSize_; ///< of the last page, so that the window keeps its size while there is none
     NSPopUpButton* printers_;
     NSPopUpButton* presets_;
     NSPopUpButton* pages_;

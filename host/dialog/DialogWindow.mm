@@ -87,6 +87,7 @@ static int wholeNumber(NSString* text)
     [content addSubview:note_];
     [content addSubview:cancel_];
     [content addSubview:print_];
+    pageSize_ = NSMakeSize(kLeastWidth - 2 * kMargin, kEmptyPageHeight);
     [self showPage:nil];
     [window_ setInitialFirstResponder:printers_];
     [window_ center];
@@ -128,14 +129,16 @@ static int wholeNumber(NSString* text)
 
 - (NSSize)pageSize
 {
-    return page_ != nil ? [page_ frame].size : NSMakeSize(kLeastWidth - 2 * kMargin, kEmptyPageHeight);
+    return pageSize_;
 }
 
 - (void)showPage:(NSView*)view
 {
     [page_ removeFromSuperview];
     page_ = nil;
-    NSSize size = view != nil ? [view frame].size : [self pageSize];
+    if (view != nil)
+        pageSize_ = [view frame].size;
+    NSSize size = pageSize_;
     CGFloat width = MAX(kLeastWidth, size.width + 2 * kMargin);
     CGFloat bottom = 16 + kButtonHeight + 16;
     NSRect frame = [window_ frame];
@@ -159,7 +162,7 @@ static int wholeNumber(NSString* text)
 
 - (void)showNotice:(NSString*)text
 {
-    NSSize size = [self pageSize];
+    NSSize size = pageSize_;
     NSView* view = [[[NSView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)] autorelease];
     [view addSubview:makeLabel(NSMakeRect(0, size.height / 2 - 10, size.width, 20), text,
                                NSCenterTextAlignment)];
