@@ -1,5 +1,0 @@
-#pragma once
-
-#include <Cocoa/Cocoa.h>
-
-extern "C" BOOL sel_isEqual(SEL, SEL);
