@@ -342,6 +342,10 @@ static ScrollerPart* scrollerPart(Part part, Arrow arrow = Arrow::Up)
 void useTheme(BOOL dark)
 {
     [GSTheme setTheme:[[[FlatTheme alloc] initWithBundle:[NSBundle mainBundle]] autorelease]];
+    // It would go back to the theme that the user's settings name whenever one of them changes.
+    [[NSNotificationCenter defaultCenter] removeObserver:[GSTheme class]
+                                                    name:NSUserDefaultsDidChangeNotification
+                                                  object:nil];
     setSystemColors(dark);
     setSystemImages(); // before the classes below, which keep the images that they find at first
     for (Class cell in @[ [NSButtonCell class], [NSMenuItemCell class] ])

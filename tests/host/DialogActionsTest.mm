@@ -1,10 +1,12 @@
 // The dialog as a person uses it, in this process: its window, its lists and its alerts, on queues of a real
 // server.
+#include "dialog/Appearance.h"
 #include "dialog/DialogController.h"
 #include "script/ControlRows.h"
 #include "script/Outlets.h"
 #include "support/PrivateCups.h"
 
+#import <GNUstepGUI/GSTheme.h>
 #include <cstdlib>
 #include <cups/cups.h>
 #include <filesystem>
@@ -364,4 +366,12 @@ TEST_F(DialogActions, BeginsOnTheDefaultPrinterElseOnOneThatThePanelServes)
     EXPECT_TRUE(std::filesystem::is_empty(temporary.path())) << "a queue's PPD was left there";
     cups_.stop();
     EXPECT_EQ(begins(), "") << "the sample printer";
+}
+
+TEST(Appearance, StaysWhenTheUsersSettingsChange)
+{
+    applyAppearance("light");
+    GSTheme* theme = [GSTheme theme];
+    [[NSUserDefaults standardUserDefaults] setObject:@"1" forKey:@"SomethingElse"];
+    EXPECT_EQ([GSTheme theme], theme);
 }
