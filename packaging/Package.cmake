@@ -38,7 +38,7 @@ dialog that loads it, the printer's description for CUPS, and profilectl,
 which manages the lists of colour profiles from scripts.")
 set(CPACK_DEBIAN_DRIVER_PACKAGE_CONTROL_EXTRA ${debian}/postinst ${debian}/postrm)
 set(CPACK_DEBIAN_DRIVER_PACKAGE_DEPENDS adduser)
-set(CPACK_DEBIAN_DRIVER_PACKAGE_RECOMMENDS "avahi-daemon, cups, fonts-noto-cjk")
+set(CPACK_DEBIAN_DRIVER_PACKAGE_RECOMMENDS "avahi-daemon, cups, fonts-dejavu-core, fonts-noto-cjk")
 set(CPACK_DEBIAN_DRIVER_PACKAGE_SUGGESTS r4270-simulator)
 
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_NAME r4270-simulator)
