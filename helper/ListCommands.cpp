@@ -19,7 +19,10 @@ Outcome readLocked(const Account& account, const std::string& name, Outcome when
     if (stateOf(folder, name) == NameState::kAbsent)
         return whenAbsent;
     file = openOwnFile(folder, name, O_RDONLY);
-    return file ? readAll(file, text) : kUnsafeFile;
+    if (!file)
+        return kUnsafeFile;
+    FileProblem problem = readListFile(file.get(), text);
+    return problem == FileProblem::kNone ? kDone : problem == FileProblem::kTooLong ? kTooLarge : kFileError;
 }
 
 Outcome absent(const Account& account, const std::string& name)

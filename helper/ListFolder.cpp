@@ -1,8 +1,6 @@
 #include "ListFolder.h"
 
-#include "Process.h"
 #include "profiles/BuildKind.h"
-#include "profiles/HelperProtocol.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -140,26 +138,6 @@ bool writeAll(const Descriptor& file, std::string_view text)
         text.remove_prefix(static_cast<size_t>(written));
     }
     return true;
-}
-
-Outcome readAll(const Descriptor& file, std::string& text)
-{
-    struct stat found = {};
-    if (fstat(file.get(), &found) != 0)
-        return kFileError;
-    if (static_cast<uintmax_t>(found.st_size) > kLongestListFile)
-        return kTooLarge;
-    text.resize(static_cast<size_t>(found.st_size));
-    size_t done = 0;
-    while (done < text.size()) {
-        ssize_t count = untilNotInterrupted([&] {
-            return pread(file.get(), text.data() + done, text.size() - done, static_cast<off_t>(done));
-        });
-        if (count <= 0)
-            return kFileError;
-        done += static_cast<size_t>(count);
-    }
-    return kDone;
 }
 
 Outcome publish(const ListFolder& folder, const Descriptor& file, const std::string& from,

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "Account.h"
-#include "Descriptor.h"
 #include "Outcome.h"
+#include "profiles/Descriptor.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -49,9 +48,6 @@ Descriptor openLockFile(const ListFolder& folder, const std::string& name);
 bool removeFile(const ListFolder& folder, const std::string& name);
 
 bool writeAll(const Descriptor& file, std::string_view text);
-
-/// kTooLarge past kLongestListFile, kFileError when reading fails.
-Outcome readAll(const Descriptor& file, std::string& text);
 
 /// Makes the complete file `from`, open as `file`, durable and readable for everybody, then puts it in the
 /// place of `to` in one step. kDone exactly when it stands there.

@@ -1,6 +1,7 @@
 #include "profiles/HelperChannel.h"
 
 #include "profiles/BuildKind.h"
+#include "profiles/Descriptor.h"
 #include "profiles/DriverPaths.h"
 #include "profiles/HelperProtocol.h"
 #include "profiles/Utf8.h"
@@ -24,26 +25,19 @@ constexpr int kFirstFree = STDERR_FILENO + 1;
 bool messagesPass = false;
 
 /// Both ends closed on exec and above the standard descriptors, which a host may have closed.
-bool openPipe(int (&ends)[2])
+bool openPipe(Descriptor (&ends)[2])
 {
     int raw[2];
 #ifdef __APPLE__
-    if (pipe(raw) != 0)
-        return false;
+    bool opened = pipe(raw) == 0;
 #else
-    if (pipe2(raw, O_CLOEXEC) != 0)
-        return false;
+    bool opened = pipe2(raw, O_CLOEXEC) == 0;
 #endif
-    for (int i = 0; i < 2; ++i) {
-        ends[i] = fcntl(raw[i], F_DUPFD_CLOEXEC, kFirstFree);
-        close(raw[i]);
+    for (int i = 0; opened && i < 2; ++i) {
+        Descriptor low(raw[i]);
+        ends[i] = Descriptor(fcntl(low.get(), F_DUPFD_CLOEXEC, kFirstFree));
     }
-    if (ends[0] >= 0 && ends[1] >= 0)
-        return true;
-    for (int end : ends)
-        if (end >= 0)
-            close(end);
-    return false;
+    return ends[0] && ends[1];
 }
 
 std::vector<char*> pointers(std::vector<std::string>& strings)
@@ -126,27 +120,17 @@ bool drain(int input, std::string& reply)
     }
 }
 
-/// The right to replace list files, which one process has at a time. Whoever cannot get it within a second
-/// goes on without: anybody can hold the folder, and nobody is to be kept from saving.
-class WritersTurn {
-public:
-    WritersTurn() : folder_(open(preferencesFolder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
-    {
-        constexpr timespec kPause = {0, 1'000'000};
-        for (int i = 0; i < 1000 && flock(folder_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; ++i)
-            nanosleep(&kPause, nullptr);
-    }
-    ~WritersTurn()
-    {
-        if (folder_ >= 0)
-            close(folder_);
-    }
-    WritersTurn(const WritersTurn&) = delete;
-    WritersTurn& operator=(const WritersTurn&) = delete;
-
-private:
-    int folder_;
-};
+/// The right to replace list files, which one process has at a time, for as long as it is held. Whoever
+/// cannot get it within a second goes on without: anybody can hold the folder, and nobody is to be kept from
+/// saving.
+Descriptor takeWritersTurn()
+{
+    constexpr timespec kPause = {0, 1'000'000};
+    Descriptor folder(open(preferencesFolder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    for (int i = 0; i < 1000 && flock(folder.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; ++i)
+        nanosleep(&kPause, nullptr);
+    return folder;
+}
 
 } // namespace
 
@@ -158,14 +142,13 @@ void passHelperMessages()
 std::optional<std::string> helperReply(const std::vector<std::string>& arguments)
 {
     std::string program = helperExecutable();
-    int ends[2];
+    Descriptor ends[2];
     if (access(program.c_str(), F_OK) != 0 || !openPipe(ends))
         return std::nullopt;
-    pid_t child = startHelper(program, arguments, ends[1]);
-    close(ends[1]);
+    pid_t child = startHelper(program, arguments, ends[1].get());
+    ends[1] = Descriptor();
     std::string reply;
-    bool whole = child > 0 && drain(ends[0], reply);
-    close(ends[0]);
+    bool whole = child > 0 && drain(ends[0].get(), reply);
     // In a host that ignores SIGCHLD there is nobody to wait for: that fails once the helper has exited.
     while (child > 0 && waitpid(child, nullptr, 0) < 0 && errno == EINTR)
         continue;
@@ -240,7 +223,7 @@ int32_t sendListFile(std::string_view text, const std::function<bool()>& stillWa
         if (!helperConfirms({kWritePieceCommand, url, std::string(piece)}))
             return -1;
     }
-    WritersTurn turn;
+    Descriptor turn = takeWritersTurn();
     bool wanted = !stillWanted || stillWanted();
     return wanted && helperConfirms({kRenameCommand, url}) ? 0 : -1;
 }

@@ -1,11 +1,11 @@
 #include "profiles/ProfileListFile.h"
 
+#include "profiles/Descriptor.h"
 #include "profiles/DriverPaths.h"
 #include "profiles/ProfileName.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
@@ -98,6 +98,7 @@ void addField(const ProfileList& list, StoredField field, PropertyListNode dicti
             dictionary.addString(key.c_str(), *name);
     }
 }
+
 void readRecord(const StoredList& stored, int slot, ProfileRecord& record)
 {
     ProfileRecord from = stored.list.records[slot];
@@ -210,6 +211,26 @@ FileVersion versionOf(const std::string& path)
             {status.st_ctim.tv_sec, status.st_ctim.tv_nsec}};
 }
 
+FileProblem readListFile(int descriptor, std::string& text)
+{
+    struct stat status;
+    if (fstat(descriptor, &status) != 0)
+        return FileProblem::kUnreadable;
+    if (FileProblem problem = checkStatus(status); problem != FileProblem::kNone)
+        return problem;
+    // One byte more than expected: a file that grew meanwhile is noticed.
+    text.resize(static_cast<size_t>(status.st_size) + 1);
+    size_t done = 0;
+    ssize_t count;
+    do {
+        count = pread(descriptor, text.data() + done, text.size() - done, static_cast<off_t>(done));
+        done += static_cast<size_t>(std::max<ssize_t>(count, 0));
+    } while (count > 0 || (count < 0 && errno == EINTR));
+    bool whole = count == 0 && done < text.size();
+    text.resize(done);
+    return whole ? FileProblem::kNone : FileProblem::kUnreadable;
+}
+
 FileProblem readListFile(const std::string& path, std::string& text)
 {
     struct stat status;
@@ -218,20 +239,8 @@ FileProblem readListFile(const std::string& path, std::string& text)
         return errno == ENOENT || errno == ENOTDIR ? FileProblem::kMissing : FileProblem::kUnreadable;
     if (FileProblem problem = checkStatus(status); problem != FileProblem::kNone)
         return problem;
-    int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    FILE* file = descriptor >= 0 ? fdopen(descriptor, "r") : nullptr;
-    if (file == nullptr)
-        return FileProblem::kUnreadable;
-    FileProblem problem = fstat(descriptor, &status) == 0 ? checkStatus(status) : FileProblem::kUnreadable;
-    if (problem == FileProblem::kNone) {
-        // One byte more than expected: a file that grew meanwhile is noticed.
-        text.resize(static_cast<size_t>(status.st_size) + 1);
-        text.resize(fread(text.data(), 1, text.size(), file));
-        if (ferror(file) != 0 || text.size() > static_cast<size_t>(status.st_size))
-            problem = FileProblem::kUnreadable;
-    }
-    fclose(file);
-    return problem;
+    return readListFile(Descriptor(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)).get(),
+                        text);
 }
 
 const StoredLists* currentLists()

@@ -80,5 +80,7 @@ bool isListFileText(std::string text);
 
 enum class FileProblem { kNone, kMissing, kNotAFile, kTooLong, kUnreadable };
 
-/// Reads a regular file of at most kLongestListFile bytes into `text`. Never waits for a FIFO or device.
+/// Reads a regular file of at most kLongestListFile bytes into `text`, from its beginning. Never waits for a
+/// FIFO or device.
 FileProblem readListFile(const std::string& path, std::string& text);
+FileProblem readListFile(int descriptor, std::string& text);
