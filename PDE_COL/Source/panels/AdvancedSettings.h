@@ -14,6 +14,7 @@ struct AdvancedSetting {
     const char* summaryName; ///< localisation key of the row in the summary
     const char* identifier;  ///< name for the preset rules, "" for none
     ProfileKind profiles;
+    int item0, item1, item2; ///< index in the pop-up of what each Quick Color preset dictates
 };
 
 /// In the order of the control table.
