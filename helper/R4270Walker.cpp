@@ -49,20 +49,15 @@ void limitSelf()
     alarm(kLastSecond);
 
     struct Limit {
-        int resource;
+        __rlimit_resource resource;
         rlim_t value;
     };
-    constexpr Limit limits[] = {
-        {RLIMIT_CORE, 0},
-        {RLIMIT_NOFILE, 64},
-        {RLIMIT_AS, PDE_WALKER_MEMORY},
-    };
+    constexpr Limit limits[] = {{RLIMIT_CORE, 0}, {RLIMIT_NOFILE, 64}, {RLIMIT_AS, PDE_WALKER_MEMORY}};
     for (const Limit& limit : limits) {
         rlimit both;
-        if (getrlimit(static_cast<__rlimit_resource>(limit.resource), &both) == 0 &&
-            both.rlim_cur > limit.value) {
+        if (getrlimit(limit.resource, &both) == 0 && both.rlim_cur > limit.value) {
             both.rlim_cur = limit.value;
-            (void)setrlimit(static_cast<__rlimit_resource>(limit.resource), &both);
+            (void)setrlimit(limit.resource, &both);
         }
     }
 }

@@ -10,8 +10,6 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace {
 
 Outcome lockTheWalk(const Account& account, Descriptor& lock)

@@ -9,8 +9,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
-
 /// The executable of the application folder `path`, the file itself when it is one, or nil.
 static NSString* executableAt(NSString* path)
 {

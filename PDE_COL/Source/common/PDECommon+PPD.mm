@@ -2,6 +2,7 @@
 
 #include "common/ControlTable.h"
 #include "common/Menus.h"
+#include "common/PDECommon+ControlTable.h"
 #include "common/PDECommon+Ticket.h"
 #include "common/StatusCodes.h"
 
@@ -178,16 +179,8 @@ static int checkBoxChoice(const PDEControlItem* item)
 
 + (int)commonGetControlValueFromPPDWithSInt32:(const PDEControlItem*)item
 {
-    if (item == nullptr)
-        return 0;
-    switch (item->kind) {
-    case PDEControlKindCheckBox:
-        return checkBoxChoice(item);
-    case PDEControlKindPopup:
-        return (int)[item->control indexOfSelectedItem];
-    default:
-        return 0;
-    }
+    bool isCheckBox = item != nullptr && item->kind == PDEControlKindCheckBox;
+    return isCheckBox ? checkBoxChoice(item) : [self commonGetControlValueWithSInt32:item];
 }
 
 + (NSString*)commonGetControlValueFromPPDWithNSString:(const PDEControlItem*)item

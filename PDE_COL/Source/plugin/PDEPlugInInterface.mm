@@ -61,9 +61,7 @@
 
 - (NSString*)panelName
 {
-    return [[NSBundle bundleForClass:[self class]] localizedStringForKey:@"Color Options"
-                                                                   value:nil
-                                                                   table:nil];
+    return localizedText(@"Color Options");
 }
 
 - (NSString*)panelKind

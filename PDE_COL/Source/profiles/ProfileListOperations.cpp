@@ -28,11 +28,13 @@ bool isListIndex(int32_t index)
     return index >= 0 && index < kProfileListCount;
 }
 
-/// The list as the current file holds it; null when the file or a part of that class is missing.
-const StoredList* storedList(int32_t index)
+int32_t readOne(ProfileList& list, int32_t index, bool cannotBeWalked)
 {
     const StoredLists* lists = isListIndex(index) ? currentLists() : nullptr;
-    return lists != nullptr && (*lists)[index].complete ? &(*lists)[index] : nullptr;
+    if (lists == nullptr || !(*lists)[index].complete)
+        return kFailure;
+    readList((*lists)[index], list, cannotBeWalked);
+    return kSuccess;
 }
 
 bool isSameProfile(const ProfileRecord& a, const ProfileRecord& b)
@@ -67,20 +69,12 @@ int32_t VelPListReadProfile_All(ProfileList* rgb, ProfileList* sim, ProfileList*
 
 int32_t VelPListReadProfile_Dict(ProfileList* list, int32_t index)
 {
-    const StoredList* stored = storedList(index);
-    if (stored == nullptr)
-        return kFailure;
-    readList(*stored, *list);
-    return kSuccess;
+    return readOne(*list, index, false);
 }
 
 int32_t VelPListReadProfile_Dict_Pap(ProfileList* list, int32_t index)
 {
-    const StoredList* stored = storedList(index);
-    if (stored == nullptr)
-        return kFailure;
-    readList(*stored, *list, true);
-    return kSuccess;
+    return readOne(*list, index, true);
 }
 
 int32_t VelPListWriteProfile_All(const ProfileList* rgb, const ProfileList* sim, const ProfileList* dst)

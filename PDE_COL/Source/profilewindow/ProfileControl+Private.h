@@ -10,6 +10,9 @@
 /// The records deleted from the current list; null when there is none.
 - (ProfileList*)currentDeleteDict;
 
+/// The current list's record in a row; null when there is none.
+- (ProfileRecord*)recordInRow:(NSInteger)row;
+
 /// The selected record; null when none is.
 - (ProfileRecord*)selectedRecord;
 

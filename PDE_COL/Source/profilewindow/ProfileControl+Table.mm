@@ -31,8 +31,7 @@ NSImage* fileExistsImage()
                           row:(NSInteger)row
 {
     NSString* column = [tableColumn identifier];
-    ProfileList* list = [self currentProfileDict];
-    const ProfileRecord* record = list == nullptr ? nullptr : recordAtRow(*list, row);
+    const ProfileRecord* record = [self recordInRow:row];
     if (record == nullptr)
         return nil;
     if ([column isEqualToString:@"filename"])
@@ -49,8 +48,7 @@ NSImage* fileExistsImage()
 /// Whether the row shows the icon: over other connections nobody knows what is on the printer.
 - (bool)isOnPrinterInRow:(NSInteger)row
 {
-    ProfileList* list = [self currentProfileDict];
-    const ProfileRecord* record = list == nullptr ? nullptr : recordAtRow(*list, row);
+    const ProfileRecord* record = [self recordInRow:row];
     bool walked = protocolType == kProtocolBonjour || protocolType == kProtocolLpd;
     return walked && record != nullptr && isOnPrinter(*record);
 }
@@ -80,8 +78,7 @@ NSImage* fileExistsImage()
     forTableColumn:(NSTableColumn*)tableColumn
                row:(NSInteger)row
 {
-    ProfileList* list = [self currentProfileDict];
-    ProfileRecord* record = list == nullptr ? nullptr : recordAtRow(*list, row);
+    ProfileRecord* record = [self recordInRow:row];
     if (record != nullptr && [[tableColumn identifier] isEqualToString:@"inmenu"])
         setListed(*record, [object intValue] != 0);
 }
@@ -102,8 +99,7 @@ NSImage* fileExistsImage()
 
 - (BOOL)tableView:(NSTableView*)tableView shouldSelectRow:(NSInteger)row
 {
-    ProfileList* list = [self currentProfileDict];
-    const ProfileRecord* record = list == nullptr ? nullptr : recordAtRow(*list, row);
+    const ProfileRecord* record = [self recordInRow:row];
     if (buttonIdentify == kBrowsing)
         [self vHandlingButtonSetDisable:YES edit:YES delete:YES];
     if (record == nullptr)

@@ -264,10 +264,15 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
     return [self chosenOf:{&plistRGBDelete, &plistSIMDDelete, &plistDSTDelete}];
 }
 
-- (ProfileRecord*)selectedRecord
+- (ProfileRecord*)recordInRow:(NSInteger)row
 {
     ProfileList* list = [self currentProfileDict];
-    return list == nullptr ? nullptr : recordAtRow(*list, [_profileTableView selectedRow]);
+    return list == nullptr ? nullptr : recordAtRow(*list, row);
+}
+
+- (ProfileRecord*)selectedRecord
+{
+    return [self recordInRow:[_profileTableView selectedRow]];
 }
 
 - (BOOL)isCustomProfile

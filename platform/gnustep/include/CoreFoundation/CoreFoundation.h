@@ -61,6 +61,3 @@ CFIndex CFDataGetLength(CFDataRef data);
 CFStringRef CFURLCopyNetLocation(CFURLRef url);
 
 } // extern "C"
-
-/// A constant string.
-#define CFSTR(literal) ((CFStringRef)(const void*)@literal)
