@@ -17,7 +17,7 @@
 + (NSString*)commonGetPrintQueueName:(PMPrintSession)session;
 
 /// The dictionary under `key`, or nil: for a nil or absent key and for anything that is no dictionary.
-+ (NSDictionary*)commonCFDictionaryGetValueWithType:(NSDictionary*)dictionary key:(NSString*)key;
++ (NSDictionary*)commonCFDictionaryGetValueWithType:(id)dictionary key:(NSString*)key;
 
 + (BOOL)commonCFTypeIsValid:(id)object type:(CFTypeID)type;
 

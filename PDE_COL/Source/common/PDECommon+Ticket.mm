@@ -104,7 +104,7 @@ static int storedValue(const PDEControlItem& row, NSDictionary* choices, int car
     return (NSString*)PMPrinterGetID(printer);
 }
 
-+ (NSDictionary*)commonCFDictionaryGetValueWithType:(NSDictionary*)dictionary key:(NSString*)key
++ (NSDictionary*)commonCFDictionaryGetValueWithType:(id)dictionary key:(NSString*)key
 {
     id value = key != nil && isDictionary(dictionary) ? [dictionary objectForKey:key] : nil;
     return isDictionary(value) ? value : nil;

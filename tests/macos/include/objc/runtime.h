@@ -1,0 +1,5 @@
+#pragma once
+
+#include <Cocoa/Cocoa.h>
+
+extern "C" BOOL sel_isEqual(SEL, SEL);
