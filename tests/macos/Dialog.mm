@@ -30,6 +30,7 @@
 @end
 #include "plugin/PDEPlugIn.mm"
 #include "plugin/PDEPlugInInterface.mm"
+#include "profilewindow/ProfileControl+Table.mm"
 
 /// The dialog's side, which answers no more than this.
 @interface DocumentedCallback : NSObject <PDEPluginCallback>
@@ -41,7 +42,7 @@
 @implementation DocumentedCallback
 @end
 
-// The compiler compares what a category declares with a protocol only where any object may be meant.
+// The compiler compares what a category defines with a protocol only where any object may be meant.
 [[maybe_unused]] static void askDelegates(id object)
 {
     (void)[object numberOfRowsInTableView:nil];

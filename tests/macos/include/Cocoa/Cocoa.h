@@ -173,10 +173,8 @@ __attribute__((objc_root_class))
 - (instancetype)initWithTitle:(NSString*)title action:(SEL)action keyEquivalent:(NSString*)key;
 - (NSString*)title;
 - (void)setRepresentedObject:(id)object;
-- (NSImage*)onStateImage;
-- (void)setOnStateImage:(NSImage*)image;
-- (NSImage*)mixedStateImage;
-- (void)setMixedStateImage:(NSImage*)image;
+@property (retain) NSImage* onStateImage;
+@property (retain) NSImage* mixedStateImage;
 @end
 @interface NSMenu : NSObject
 - (void)addItem:(NSMenuItem*)item;
@@ -190,10 +188,8 @@ __attribute__((objc_root_class))
 - (BOOL)performKeyEquivalent:(NSEvent*)event;
 @end
 @interface NSView : NSResponder
-- (NSRect)bounds;
-- (void)setBounds:(NSRect)rect;
-- (NSRect)frame;
-- (void)setFrame:(NSRect)rect;
+@property NSRect bounds;
+@property NSRect frame;
 - (NSArray*)subviews;
 - (void)addSubview:(NSView*)view;
 - (void)replaceSubview:(NSView*)old with:(NSView*)view;
@@ -221,25 +217,19 @@ extern "C" NSApplication* NSApp;
 
 @interface NSCell : NSObject
 - (void)setFont:(NSFont*)font;
-- (NSImage*)image;
-- (void)setImage:(NSImage*)image;
-- (NSString*)stringValue;
-- (void)setStringValue:(NSString*)text;
+@property (retain) NSImage* image;
+@property (retain) NSString* stringValue;
 - (void)drawInteriorWithFrame:(NSRect)frame inView:(NSView*)view;
 @end
 @interface NSControl : NSView
-- (BOOL)isEnabled;
-- (void)setEnabled:(BOOL)enabled;
-- (int)intValue;
-- (void)setIntValue:(int)value;
-- (NSString*)stringValue;
-- (void)setStringValue:(NSString*)text;
+@property (getter=isEnabled) BOOL enabled;
+@property int intValue;
+@property (retain) NSString* stringValue;
 - (void)setFont:(NSFont*)font;
 - (void)textDidChange:(NSNotification*)notification;
 @end
 @interface NSButton : NSControl
-- (NSString*)title;
-- (void)setTitle:(NSString*)title;
+@property (retain) NSString* title;
 - (void)setKeyEquivalent:(NSString*)key;
 @end
 @interface NSPopUpButton : NSButton
@@ -261,14 +251,12 @@ extern "C" NSApplication* NSApp;
 @end
 @interface NSText : NSView
 - (NSString*)string;
-- (NSRange)selectedRange;
-- (void)setSelectedRange:(NSRange)range;
+@property NSRange selectedRange;
 @end
 @interface NSTextView : NSText
 @end
 @interface NSBox : NSView
-- (NSString*)title;
-- (void)setTitle:(NSString*)title;
+@property (retain) NSString* title;
 @end
 @interface NSTabViewItem : NSObject
 - (void)setLabel:(NSString*)label;
