@@ -179,10 +179,10 @@ TEST(PanelRules, APresetDecidesWhatIsPrintedAndSummarised)
 TEST(PanelRules, LeaveOutAnItemThatThePpdLacksAndKeepChoicesOfOneTextApart)
 {
     Sandbox sandbox;
-    std::string text = withOption(samplePpd(), "VelImageHalftone",
-                                  "*OpenUI *VelImageHalftone/Image Halftone: PickOne\n"
-                                  "*DefaultVelImageHalftone: Auto\n*VelImageHalftone Auto/Auto: \"\"\n"
-                                  "*CloseUI: *VelImageHalftone\n");
+    std::string text =
+        replaced(samplePpd(), "*DefaultVelImageHalftone: Gradation", "*DefaultVelImageHalftone: Auto");
+    for (const char* without : {"Gradation", "Detail", "ErrorDiffusion"})
+        text = replaced(text, std::string("*VelImageHalftone ") + without, "*%");
     text = replaced(text, "*VelTextHalftone Detail/Detail:", "*VelTextHalftone Detail/Gradation:");
     auto file = sandbox / "settings.plist";
     Lines arguments = {"--ppd", sandbox.write("printer.ppd", text), "--settings", file};

@@ -1,13 +1,21 @@
 #pragma once
 
-#include <string>
+#include "support/Sandbox.h"
+
+#include <stdexcept>
 
 /// The text of the sample printer's PPD.
-std::string samplePpd();
+inline std::string samplePpd()
+{
+    return readFile(PDE_SOURCE_DIR "/printer/R4270.ppd");
+}
 
 /// `text` with its only or first `from` replaced; throws when there is none, so that a test of an odd PPD
 /// cannot quietly run on the good one.
-std::string replaced(std::string text, const std::string& from, const std::string& to);
-
-/// `ppd` with the option, from its opening line to its closing one, replaced by `body` (default: nothing).
-std::string withOption(const std::string& ppd, const std::string& keyword, const std::string& body = "");
+inline std::string replaced(std::string text, const std::string& from, const std::string& to)
+{
+    size_t at = text.find(from);
+    if (at == std::string::npos)
+        throw std::invalid_argument("not in the text: " + from);
+    return text.replace(at, from.size(), to);
+}
