@@ -1,192 +1,113 @@
 // The texts of the panel, in the language of the process (LANGUAGE): CTest runs this once for each. What is
 // measured is the real bundle's panel and window after the panel has put its texts there.
-#include "support/PanelHarness.h"
+#include "../bench/HostedPanel.h"
+#include "support/Sandbox.h"
 
 #import <AppKit/AppKit.h>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <regex>
 #include <set>
 
-namespace fs = std::filesystem;
-
-static const char* const kResources = PDE_SOURCE_DIR "/PDE_COL/Resources";
-
 namespace {
 
-std::string text(NSString* s)
-{
-    return s == nil ? "(nil)" : [s UTF8String];
-}
+using Texts = std::set<std::string>;
 
-NSDictionary* tableOf(const std::string& language, const std::string& folder = kResources)
+NSDictionary* tableOf(const std::string& room, const std::string& language)
 {
-    std::string path = folder + "/" + language + ".lproj/Localizable.strings";
+    std::string path = PDE_SOURCE_DIR + room + "/Resources/" + language + ".lproj/Localizable.strings";
     return [[NSString stringWithContentsOfFile:[NSString stringWithUTF8String:path.c_str()]
                                       encoding:NSUTF8StringEncoding
                                          error:nullptr] propertyListFromStringsFileFormat];
 }
 
-std::string currentLanguage()
+Texts setOf(id<NSFastEnumeration> texts)
 {
-    const char* name = getenv("LANGUAGE");
-    std::string language = name != nullptr ? name : "en";
-    return language == "zh_CN" ? "zh-Hans" : language;
-}
-
-std::set<std::string> keysOf(NSDictionary* table)
-{
-    std::set<std::string> keys;
-    for (NSString* key in table)
-        keys.insert(text(key));
-    return keys;
-}
-
-/// All views of `view` and below it, those of hidden tabs too.
-void collect(NSView* view, std::vector<NSView*>& views)
-{
-    views.push_back(view);
-    if ([view isKindOfClass:[NSTabView class]])
-        for (NSTabViewItem* item in [(NSTabView*)view tabViewItems])
-            collect([item view], views);
-    else
-        for (NSView* below in [view subviews])
-            collect(below, views);
+    Texts set;
+    for (NSString* text in texts)
+        set.insert([text UTF8String]);
+    return set;
 }
 
 class Panel : public ::testing::Test {
 protected:
-    void SetUp() override
+    void take(NSString* text, NSSize need = NSZeroSize, NSSize have = NSZeroSize)
     {
-        [harness_.panel() supportedPPDOptionKeys];
-        id profiles = harness_.outlet("profileControl");
-        NSWindow* window = [profiles valueForKey:@"_profileManagementWindow"];
-        listMenu_ = [profiles valueForKey:@"_profileMenu"];
-        table_ = [profiles valueForKey:@"_profileTableView"];
-        for (NSView* root : {(NSView*)harness_.outlet("onColorView"),
-                             (NSView*)harness_.outlet("onAdvancedView"), (NSView*)[window contentView]})
-            collect(root, views_);
-        ASSERT_GT(views_.size(), 80u);
-    }
-    /// The text that a view shows of its own, or nil.
-    static NSString* title(NSView* view)
-    {
-        if ([view isKindOfClass:[NSPopUpButton class]])
-            return nil;
-        if ([view isKindOfClass:[NSButton class]])
-            return [(NSButton*)view title];
-        if ([view isKindOfClass:[NSTextField class]] && ![(NSTextField*)view isEditable])
-            return [(NSTextField*)view stringValue];
-        return [view isKindOfClass:[NSBox class]] ? [(NSBox*)view title] : nil;
+        if ([text length] > 0)
+            shown_.insert([text UTF8String]);
+        EXPECT_LE(need.width, have.width) << [text UTF8String];
+        EXPECT_LE(need.height, have.height) << [text UTF8String];
     }
 
-    /// Every row of both views' tables.
-    template <typename Use>
-    void forEachRow(Use use)
+    /// All texts of `view` and below it, those of hidden tabs too.
+    void takeAll(NSView* view)
     {
-        for (PDEControlItem* table : {harness_.colorTable(), harness_.advancedTable()})
-            for (PDEControlItem* row = table; row->control != nil; ++row)
-                use(*row);
+        NSSize have = [view frame].size, labels = NSZeroSize;
+        if ([view isKindOfClass:[NSTabView class]]) {
+            for (NSTabViewItem* item in [(NSTabView*)view tabViewItems]) {
+                labels.width += [item sizeOfLabel:NO].width + 24; // the slanted edges
+                take([item label], labels, have);
+                takeAll([item view]);
+            }
+            return;
+        }
+        if ([view isKindOfClass:[NSTableView class]])
+            for (NSTableColumn* column in [(NSTableView*)view tableColumns]) {
+                NSCell* header = [column headerCell];
+                take([header title], [header cellSize], NSMakeSize([column width], have.height));
+            }
+        else if ([view isKindOfClass:[NSBox class]])
+            take([(NSBox*)view title], [[(NSBox*)view titleCell] cellSize], have);
+        else if ([view isKindOfClass:[NSControl class]] && ![view isKindOfClass:[NSPopUpButton class]])
+            take([[(NSControl*)view cell] title], [[(NSControl*)view cell] cellSize], have);
+        for (NSView* below in [view subviews])
+            takeAll(below);
     }
 
-    PanelHarness harness_;
-    NSPopUpButton* listMenu_ = nil;
-    NSTableView* table_ = nil;
-    std::vector<NSView*> views_;
+    HostedPanel hosted_;
+    Texts shown_;
 };
 
-TEST(Languages, HaveTheSameKeysAndNoEmptyText)
+TEST_F(Panel, ShowsEveryTextOfItsLanguageAndNoOtherAndCutsNone)
 {
-    std::set<std::string> english = keysOf(tableOf("en"));
-    int languages = 0;
-    for (const fs::directory_entry& folder : fs::directory_iterator(kResources)) {
-        if (folder.path().extension() != ".lproj")
-            continue;
-        ++languages;
-        NSDictionary* table = tableOf(folder.path().stem());
-        EXPECT_EQ(english, keysOf(table)) << folder.path();
-        for (NSString* key in table)
-            EXPECT_GT([[table objectForKey:key] length], 0u) << folder.path() << text(key);
+    [hosted_.panel() restoreValuesAndReturnError:nullptr];
+    id profiles = hosted_.part(@"profileControl");
+    NSPopUpButton* lists = [profiles valueForKey:@"_profileMenu"];
+    for (NSView* root in @[
+             hosted_.part(@"onColorView"), hosted_.part(@"onAdvancedView"),
+             [[profiles valueForKey:@"_profileManagementWindow"] contentView]
+         ])
+        takeAll(root);
+    for (NSString* list in [lists itemTitles]) {
+        [lists selectItemWithTitle:list];
+        take(list, [[lists cell] cellSize], [lists frame].size);
     }
-    EXPECT_EQ(7, languages);
+    take([hosted_.panel() panelName]);
+    NSArray* names = [[hosted_.panel() summaryInfo] objectForKey:@"Summary Display Order"];
+    EXPECT_EQ(setOf(names).size(), 26u) << "each row has a name of its own";
+    shown_.merge(setOf(names));
+    // Seen with the profiles of a printer only.
+    NSBundle* bundle = [NSBundle bundleForClass:[(id)hosted_.panel() class]];
+    for (NSString* key in @[ @"ProfileTitle", @"On the printer", @"Disk", @"Card" ])
+        take([bundle localizedStringForKey:key value:nil table:nil]);
+    std::string language = getenv("LANGUAGE");
+    NSDictionary* table = tableOf("/PDE_COL", language == "zh_CN" ? "zh-Hans" : language);
+    EXPECT_EQ(shown_, setOf([table allValues]));
 }
 
-TEST(Languages, HaveEveryTextOfTheDialog)
+TEST(Dialog, HasEachOfItsTextsInEveryLanguage)
 {
-    std::set<std::string> wanted;
-    for (const fs::directory_entry& source : fs::directory_iterator(PDE_SOURCE_DIR "/host/dialog")) {
-        std::ifstream file(source.path());
-        std::string code{std::istreambuf_iterator<char>(file), {}};
-        std::regex lookup(R"re(localized\(@"((?:[^"\\]|\\.)*)")re");
+    Texts wanted;
+    const std::regex lookup(R"re(localized\(@"((?:[^"\\]|\\.)*)")re");
+    for (const auto& source : std::filesystem::directory_iterator(PDE_SOURCE_DIR "/host/dialog")) {
+        std::string code = readFile(source.path());
         for (std::sregex_iterator found(code.begin(), code.end(), lookup), end; found != end; ++found)
             wanted.insert(std::regex_replace((*found)[1].str(), std::regex(R"(\\")"), "\""));
     }
-    EXPECT_GT(wanted.size(), 60u);
-    for (const char* language : {"de", "es", "fr", "it", "ja", "zh-Hans"})
-        EXPECT_EQ(wanted, keysOf(tableOf(language, PDE_SOURCE_DIR "/host/Resources"))) << language;
-}
-
-TEST_F(Panel, FindsEveryTextThatItLooksUpAndTellsTheRowsOfTheSummaryApart)
-{
-    NSDictionary* table = tableOf(currentLanguage());
-    std::set<std::string> keys = keysOf(table), names;
-    for (const char* key : {"Color Options", "ProfileTitle", "Disk", "Card", "RGB", "SIM", "DST", "Image",
-                            "Text", "Graphics", "Simulation"})
-        EXPECT_TRUE(keys.contains(key)) << key;
-    forEachRow([&](const PDEControlItem& row) {
-        EXPECT_TRUE(row.title == nullptr || keys.contains(row.title)) << row.title;
-        if (row.summaryName == nullptr)
-            return;
-        NSString* name = [table objectForKey:[NSString stringWithUTF8String:row.summaryName]];
-        EXPECT_TRUE(names.insert(text(name)).second) << row.summaryName;
-    });
-    EXPECT_FALSE(names.empty());
-}
-
-TEST_F(Panel, ShowsNoTextInAnotherLanguage)
-{
-    NSArray* texts = [tableOf(currentLanguage()) allValues];
-    for (NSView* view : views_) {
-        NSString* shown = title(view);
-        if ([shown length] > 0)
-            EXPECT_TRUE([texts containsObject:shown]) << text(shown);
-        if ([view isKindOfClass:[NSTabView class]])
-            for (NSTabViewItem* item in [(NSTabView*)view tabViewItems])
-                EXPECT_TRUE([texts containsObject:[item label]]) << text([item label]);
-    }
-    for (NSTableColumn* column in [table_ tableColumns]) {
-        NSString* header = [[column headerCell] stringValue];
-        EXPECT_TRUE([header length] == 0 || [texts containsObject:header]) << text(header);
-    }
-    for (NSString* list in [listMenu_ itemTitles])
-        EXPECT_TRUE([texts containsObject:list]) << text(list);
-    EXPECT_TRUE([texts containsObject:[harness_.panel() panelName]]);
-}
-
-TEST_F(Panel, CutsNoText)
-{
-    for (NSView* view : views_) {
-        NSSize have = [view frame].size, need = NSZeroSize;
-        if ([view isKindOfClass:[NSControl class]] && title(view) != nil)
-            need = [[(NSControl*)view cell] cellSize];
-        else if ([view isKindOfClass:[NSBox class]] && title(view) != nil)
-            need = [[(NSBox*)view titleCell] cellSize];
-        else if ([view isKindOfClass:[NSTabView class]])
-            for (NSTabViewItem* item in [(NSTabView*)view tabViewItems])
-                need.width += [item sizeOfLabel:NO].width + 24; // the slanted edges
-        EXPECT_LE(need.width, have.width) << text(title(view));
-        EXPECT_LE(need.height, have.height) << text(title(view));
-    }
-    for (NSTableColumn* column in [table_ tableColumns])
-        EXPECT_LE([[column headerCell] cellSize].width, [column width])
-            << text([[column headerCell] stringValue]);
-    EXPECT_EQ(3, [listMenu_ numberOfItems]);
-    for (NSInteger i = 0; i < [listMenu_ numberOfItems]; ++i) {
-        [listMenu_ selectItemAtIndex:i];
-        EXPECT_LE([[listMenu_ cell] cellSize].width, [listMenu_ frame].size.width);
+    for (const char* language : {"de", "es", "fr", "it", "ja", "zh-Hans"}) {
+        NSDictionary* table = tableOf("/host", language);
+        EXPECT_EQ(wanted, setOf(table)) << language;
+        EXPECT_EQ([[table allKeysForObject:@""] count], 0u) << language;
     }
 }
 

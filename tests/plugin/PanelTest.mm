@@ -1,46 +1,10 @@
 // The panel's life in the dialog's process, and the keys of its profile window.
-#include "support/PanelHarness.h"
+#include "../bench/HostedPanel.h"
+#include "plugin/PDEPlugInInterface.h"
+#include "profilewindow/ProfileControl.h"
 #include "support/Sandbox.h"
 
 #include <gtest/gtest.h>
-
-// What the tests ask of the classes of the bundle.
-@protocol PanelParts
-- (void)initWithProfileControl __attribute__((objc_method_family(none)));
-- (void)showProfileManagementWindow:(id)sender;
-- (void)addButton:(id)sender;
-- (void)constraints:(id)sender;
-@end
-
-// Closes a window by its title bar while its modal run goes on, and ends the run if that did not.
-@interface WindowCloser : NSObject
-@end
-@implementation WindowCloser
-- (void)wake:(NSWindow*)window
-{
-    [NSApp postEvent:[NSEvent otherEventWithType:NSApplicationDefined
-                                        location:NSZeroPoint
-                                   modifierFlags:0
-                                       timestamp:0
-                                    windowNumber:[window windowNumber]
-                                         context:nil
-                                         subtype:0
-                                           data1:0
-                                           data2:0]
-             atStart:NO];
-}
-- (void)close:(NSWindow*)window
-{
-    [window performClose:nil];
-    [self wake:window];
-}
-- (void)giveUp:(NSWindow*)window
-{
-    ADD_FAILURE() << "the modal run goes on";
-    [NSApp stopModal];
-    [self wake:window];
-}
-@end
 
 namespace {
 
@@ -51,141 +15,94 @@ void* pointerIn(id object, const char* name)
     return value;
 }
 
-/// The profile window on the screen, without a modal run, and keys for it.
-class ProfileKeys : public ::testing::Test {
+/// A panel without lists and without a helper.
+class Panel : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        [harness.panel() panelView];
-        control = harness.outlet("profileControl");
-        [control initWithProfileControl];
-        window = [(NSObject*)control valueForKey:@"_profileManagementWindow"];
-        [window makeKeyAndOrderFront:nil];
-    }
-    void TearDown() override { [window orderOut:nil]; }
-
     id part(NSString* outlet) { return [(NSObject*)control valueForKey:outlet]; }
-    int mode() { return [part(@"buttonIdentify") intValue]; }
-    bool focused(NSString* outlet) { return [window firstResponder] == part(outlet); }
-    void press(NSString* characters)
+    /// Through the queue, which makes each the current event.
+    void press(NSString* keys)
     {
-        for (NSUInteger i = 0; i < [characters length]; ++i) {
-            NSString* key = [characters substringWithRange:NSMakeRange(i, 1)];
-            NSEvent* event = [NSEvent keyEventWithType:NSKeyDown
-                                              location:NSZeroPoint
-                                         modifierFlags:0
-                                             timestamp:0
-                                          windowNumber:[window windowNumber]
-                                               context:nil
-                                            characters:key
-                           charactersIgnoringModifiers:key
-                                             isARepeat:NO
-                                               keyCode:0];
-            // Through the queue, which makes it the current event.
-            [NSApp postEvent:event atStart:YES];
+        for (NSUInteger i = 0; i < [keys length]; ++i) {
+            NSString* key = [keys substringWithRange:NSMakeRange(i, 1)];
+            [NSApp postEvent:[NSEvent keyEventWithType:NSKeyDown
+                                                    location:NSZeroPoint
+                                               modifierFlags:0
+                                                   timestamp:0
+                                                windowNumber:[window windowNumber]
+                                                     context:nil
+                                                  characters:key
+                                 charactersIgnoringModifiers:key
+                                                   isARepeat:NO
+                                                     keyCode:0]
+                     atStart:YES];
             [NSApp sendEvent:[NSApp nextEventMatchingMask:NSKeyDownMask
                                                 untilDate:[NSDate distantFuture]
                                                    inMode:NSDefaultRunLoopMode
                                                   dequeue:YES]];
         }
     }
-    // No list, and no helper.
+
     Sandbox sandbox;
     ScopedVariable root{"PDE_ROOT", sandbox.path().string()};
-    PanelHarness harness;
-    id<PanelParts> control = nil;
-    NSWindow* window = nil;
+    HostedPanel hosted;
+    PDEPlugInInterface* panel = (PDEPlugInInterface*)hosted.panel();
+    NSArray* options = [panel supportedPPDOptionKeys];
+    ProfileControl* control = hosted.part(@"profileControl");
+    NSWindow* window = part(@"_profileManagementWindow");
 };
 
 } // namespace
 
-TEST(Panel, IsOfferedToThePrintDialogOnlyAndLoadsOnceOnDemand)
+TEST_F(Panel, IsOfferedToThePrintDialogOnlyAndLoadsOnce)
 {
-    id<PDEPlugInProtocol> plugIn = [[[PanelHarness::principalClass() alloc] init] autorelease];
+    id<PDEPlugInProtocol> plugIn =
+        [[[[[NSBundle bundleForClass:[panel class]] principalClass] alloc] init] autorelease];
     EXPECT_EQ([plugIn PDEPanelsForType:@"6A0D8B3E-E57F-11D3-B5CC-0050E4603277" withHostInfo:nil], nil);
-    PanelHarness harness;
-    EXPECT_EQ(harness.outlet("pdeMainView"), nil);
-    NSArray* keys = [harness.panel() supportedPPDOptionKeys];
-    EXPECT_NE(harness.outlet("pdeMainView"), nil);
-    EXPECT_EQ([harness.panel() panelView], harness.outlet("pdeMainView"));
     // The advanced keys come first.
-    EXPECT_STREQ([[keys objectAtIndex:0] UTF8String], "VelImageRGBSource");
-    EXPECT_STREQ([[keys lastObject] UTF8String], "VelEdgeType");
+    EXPECT_STREQ([[options objectAtIndex:0] UTF8String], "VelImageRGBSource");
+    EXPECT_STREQ([[options lastObject] UTF8String], "VelEdgeType");
+    EXPECT_EQ([panel panelView], hosted.part(@"pdeMainView"));
+    EXPECT_EQ(hosted.part(@"profileControl"), control);
 }
 
-TEST(Panel, AppliesTheRulesToItsFirstViewAloneWhenQuickColorChanges)
+TEST_F(Panel, IsDoneWithOnceWhicheverWayTheDialogSaysSo)
 {
-    PanelHarness harness;
-    [harness.panel() restoreValuesAndReturnError:nullptr];
-    // Changed behind the rules' back: the action of Quick Color must not notice.
-    [harness.outlet("check_ColorAsGrayscale") setIntValue:1];
-    harness.choose("menu_QuickColor", 3);
-    EXPECT_TRUE(harness.enabled("button_AdvanceColorOptions"));
-    EXPECT_TRUE(harness.enabled("menu_iRGBSource"));
-    harness.choose("menu_QuickColor", -1);
-    EXPECT_FALSE(harness.enabled("button_AdvanceColorOptions"));
-    NSUInteger firstView = 5;
-    EXPECT_EQ([[[harness.panel() summaryInfo] objectForKey:@"Summary Display Order"] count], firstView - 1)
-        << "nothing is dictated, and Quick Color has no value";
+    NSObject* callback = (NSObject*)pointerIn(panel, "pdePluginCallbackObject");
+    NSUInteger references = [callback retainCount];
+    [panel printWindowWillClose:nil];
+    [panel terminate];
+    EXPECT_EQ([callback retainCount], references - 1);
+    EXPECT_EQ(pointerIn(panel, "compTable"), nullptr);
+    EXPECT_EQ(pointerIn(control, "constTable"), nullptr);
+    [panel constraints:nil];
 }
 
-TEST(Panel, SurvivesAnInterfaceWithoutAView)
+TEST_F(Panel, TakesReturnAndEscapeForAnEditAndSpaceForTheSelectedProfile)
 {
-    PanelHarness harness;
-    [(NSObject*)harness.panel() setValue:[[[NSView alloc] init] autorelease] forKey:@"pdeMainView"];
-    EXPECT_TRUE([harness.panel() restoreValuesAndReturnError:nullptr]);
-    EXPECT_TRUE([harness.panel() saveValuesAndReturnError:nullptr]);
-    EXPECT_EQ([[harness.panel() summaryInfo] count], 1u);
-    EXPECT_TRUE([harness.panel() shouldPrint]);
-}
-
-TEST(Panel, IsDoneWithOnceWhicheverWayTheDialogSaysSo)
-{
-    for (bool closed : {true, false}) {
-        PanelHarness harness;
-        [harness.panel() panelView];
-        NSObject* callback = (NSObject*)pointerIn(harness.panel(), "pdePluginCallbackObject");
-        NSUInteger references = [callback retainCount];
-        if (closed)
-            [harness.panel() printWindowWillClose:nil];
-        [harness.panel() terminate];
-        [harness.panel() printWindowWillClose:nil];
-        EXPECT_EQ([callback retainCount], references - 1);
-        EXPECT_EQ(pointerIn(harness.panel(), "pdePluginCallbackObject"), nullptr);
-        EXPECT_EQ(pointerIn(harness.panel(), "compTable"), nullptr);
-        EXPECT_EQ(pointerIn(harness.outlet("profileControl"), "constTable"), nullptr);
-        [(id<PanelParts>)harness.panel() constraints:nil];
-    }
-}
-
-TEST_F(ProfileKeys, EndTheEditAndNothingElse)
-{
-    NSInteger rows = [part(@"_profileTableView") numberOfRows];
-    [control addButton:nil];
-    press(@"\t");
-    EXPECT_TRUE(focused(@"_browse"));
-    press(@"\r");
-    EXPECT_TRUE([window isVisible] && mode() == 1) << "there is no name yet";
-    [window makeFirstResponder:part(@"_fileNameEdit")];
-    press(@"zz.icc\r");
-    EXPECT_TRUE([window isVisible] && mode() == 0);
-    EXPECT_EQ([part(@"_profileTableView") numberOfRows], rows + 1);
-    [control addButton:nil];
-    press(@"x\033");
-    EXPECT_TRUE([window isVisible] && mode() == 0);
-    EXPECT_EQ([part(@"_profileTableView") numberOfRows], rows + 1);
-    EXPECT_STREQ([[part(@"_fileNameEdit") stringValue] UTF8String], "");
-}
-
-TEST_F(ProfileKeys, TickTheSelectedProfileOutsideAnEdit)
-{
+    [control initWithProfileControl];
+    [window makeKeyAndOrderFront:nil];
     NSTableView* table = part(@"_profileTableView");
-    [control addButton:nil];
-    press(@"zz.icc\r");
-    NSTableColumn* column = [table tableColumnWithIdentifier:@"inmenu"];
     auto ticked = [&] {
+        NSTableColumn* column = [table tableColumnWithIdentifier:@"inmenu"];
         return [[[table dataSource] tableView:table objectValueForTableColumn:column row:0] intValue];
     };
+    auto expect = [&](int mode, NSInteger rows) {
+        EXPECT_TRUE([window isVisible]);
+        EXPECT_EQ([part(@"buttonIdentify") intValue], mode);
+        EXPECT_EQ([table numberOfRows], rows);
+    };
+    [control addButton:nil];
+    press(@"\r\t");
+    EXPECT_EQ([window firstResponder], part(@"_browse"));
+    press(@"\r");
+    expect(kAdding, 0); // there is no name yet
+    [window makeFirstResponder:part(@"_fileNameEdit")];
+    press(@"zz.icc\r");
+    expect(kBrowsing, 1);
+    [control addButton:nil];
+    press(@"x\033");
+    expect(kBrowsing, 1);
+
     [window makeFirstResponder:table];
     press(@" ");
     EXPECT_EQ(ticked(), 1) << "none is selected";
@@ -196,16 +113,14 @@ TEST_F(ProfileKeys, TickTheSelectedProfileOutsideAnEdit)
     [window makeFirstResponder:table];
     press(@" ");
     EXPECT_EQ(ticked(), 0) << "an edit holds the selection";
+    [window orderOut:nil];
 }
 
-TEST_F(ProfileKeys, ClosingTheWindowEndsItsRun)
+TEST_F(Panel, EndsTheRunOfItsProfileWindowWhenThatIsClosed)
 {
-    [window orderOut:nil];
-    WindowCloser* closer = [[[WindowCloser alloc] init] autorelease];
-    NSArray* modes = @[ NSModalPanelRunLoopMode ];
-    [closer performSelector:@selector(close:) withObject:window afterDelay:0.2 inModes:modes];
-    [closer performSelector:@selector(giveUp:) withObject:window afterDelay:10 inModes:modes];
-    [control showProfileManagementWindow:nil];
-    [NSObject cancelPreviousPerformRequestsWithTarget:closer];
-    EXPECT_FALSE([window isVisible]);
+    // The toolkit ends a window's own run by itself once the window is gone.
+    NSModalSession run = [NSApp beginModalSessionForWindow:[NSOpenPanel openPanel]];
+    EXPECT_FALSE([control windowShouldClose:window]);
+    EXPECT_EQ([NSApp runModalSession:run], NSRunStoppedResponse);
+    [NSApp endModalSession:run];
 }
