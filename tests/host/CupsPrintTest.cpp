@@ -7,19 +7,37 @@
 
 namespace {
 
-const char* const kPpd = PDE_SOURCE_DIR "/printer/R4270.ppd";
-const char* const kSettings = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist "
-                              "version=\"1.0\"><dict><key>copies</key><string>2</string>"
-                              "<key>page-ranges</key><string>2-3</string>"
-                              "<key>Duplex</key><string>DuplexNoTumble</string></dict></plist>\n";
+using Names = std::vector<std::string>;
 
-/// PostScript of five pages that can be told from those of another document.
-std::string fivePages(const std::string& mark)
+const char* const kPpd = PDE_SOURCE_DIR "/printer/R4270.ppd";
+
+/// PostScript of five pages, with one letter on the first and five on the last.
+std::string fivePages(char letter)
 {
     std::string text = "%!PS-Adobe-3.0\n%%Pages: 5\n%%EndComments\n";
-    for (std::string page : {"1", "2", "3", "4", "5"})
-        text += "%%Page: " + page + " " + page + "\n(" + mark + page + ") pop showpage\n";
+    for (size_t page = 1; page <= 5; ++page)
+        text += "%%Page: " + std::to_string(page) + " " + std::to_string(page) +
+                "\n/Courier findfont 40 scalefont setfont 50 600 moveto (" + std::string(page, letter) +
+                ") show showpage\n";
     return text + "%%EOF\n";
+}
+
+int count(const std::string& text, const std::string& part)
+{
+    int found = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        ++found;
+    return found;
+}
+
+/// Without what names the job, and the code of features whose names begin so.
+std::string rest(std::string text, const std::string& feature)
+{
+    for (const std::string& begin : {"%%BeginFeature: *" + feature, std::string("%%For"),
+                                     std::string("%%Title"), std::string("%%CreationDate")})
+        for (size_t at; (at = text.find(begin)) != std::string::npos;)
+            text.erase(at, text.find(begin[2] == 'B' ? "%%EndFeature" : "\n", at) - at);
+    return text;
 }
 
 class CupsPrint : public ::testing::Test {
@@ -32,15 +50,18 @@ protected:
     }
 
     /// Chooses in every pop-up what `choice` gives, ticks both boxes or neither, prints, and requires the
-    /// code of each of the 26 choices among the bytes.
-    std::string printed(const std::vector<std::string>& files, int (*choice)(int choices), bool boxes)
+    /// code of each of the 26 choices among the bytes, and the same bytes when `lp` is given the options.
+    std::string printed(const Names& files, const std::map<std::string, std::string>& finishing,
+                        int (*choice)(int choices), bool boxes)
     {
-        std::string settings = sandbox_.write("settings.plist", kSettings);
-        std::vector<std::string> arguments = {"--printer", "Office", "--settings", settings};
+        std::string settings = "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict>";
+        for (const auto& [name, value] : finishing)
+            settings += "<key>" + name + "</key><string>" + value + "</string>";
+        Names arguments = {"--printer", "Office", "--settings",
+                           sandbox_.write("settings.plist", settings + "</dict></plist>")};
         arguments.insert(arguments.end(), files.begin(), files.end());
         DialogRun look = runDialog({"--ppd", kPpd}, {"open", "keys", "controls"});
-        std::vector<std::string> script = {"open", "view", "restore", "choose menu_QuickColor 3"}, ticks;
-        std::vector<std::string> expected;
+        Names script = {"open", "view", "restore", "choose menu_QuickColor 3"}, ticks, expected;
         ppd_file_t* ppd = ppdOpenFile(kPpd);
         for (const nlohmann::json& row : look[2]["controls"]) {
             std::string field = row["field"], key = row["ppdKey"];
@@ -59,17 +80,46 @@ protected:
         ppdClose(ppd);
         EXPECT_EQ(expected.size(), look[1]["keys"].size());
         script.insert(script.end(), ticks.begin(), ticks.end()); // they disable pop-ups
-        script.push_back("print");
+        script.insert(script.end(), {"print", "job"});
         DialogRun run = runDialog(arguments, script);
-        auto job = cups_.receivedJob(run[script.size() - 1].value("job", 0));
-        EXPECT_TRUE(job) << run.process.out << run.process.err << cups_.log();
+        std::string data = received(run[script.size() - 2].value("job", 0));
         for (const std::string& code : expected)
-            EXPECT_NE(job.value_or(PrivateCups::Job()).data.find(code), std::string::npos) << code;
-        return job.value_or(PrivateCups::Job()).data;
+            EXPECT_NE(data.find(code), std::string::npos) << code << run.process.out << run.process.err;
+        Names lp = {"lp", "-d", "Office"};
+        for (const auto& [name, value] : run[script.size() - 1]["options"].items())
+            lp.insert(lp.end(), {"-o", name + "=" + value.get<std::string>()});
+        lp.insert(lp.end(), files.begin(), files.end());
+        EXPECT_TRUE(cups_.administer(lp)) << cups_.problem();
+        EXPECT_EQ(rest(data, "none"), rest(received(jobs_ + 1), "none"));
+        return data;
+    }
+
+    std::string received(int job)
+    {
+        EXPECT_EQ(job, ++jobs_);
+        auto result = cups_.receivedJob(job);
+        EXPECT_TRUE(result) << cups_.log();
+        return result.value_or(PrivateCups::Job()).data;
+    }
+
+    /// How many letters each side has that comes out of a printer.
+    std::string lettersOf(const std::string& data)
+    {
+        Sandbox sides;
+        runProcess({"gs", "-q", "-dNOPAUSE", "-dBATCH", "-sDEVICE=txtwrite",
+                    "-sOutputFile=" + (sides / "%d").string(), sandbox_.write("data", data)});
+        std::string letters;
+        for (char side = '1'; side <= '9'; ++side) { // a side's number counts the copies of those before
+            std::string text = readFile(sides / std::string(1, side));
+            std::erase_if(text, [](char c) { return c == ' ' || c == '\r' || c == '\n'; });
+            letters += text.empty() ? "" : std::to_string(text.size());
+        }
+        return letters;
     }
 
     PrivateCups cups_;
     Sandbox sandbox_;
+    int jobs_ = 0;
 };
 
 int last(int choices)
@@ -82,46 +132,39 @@ int second(int)
     return 1;
 }
 
-int count(const std::string& text, const std::string& part)
+TEST_F(CupsPrint, PutsChoicesPagesCopiesAndLayoutIntoTheBytesOfAnyTypeAndNothingElse)
 {
-    int found = 0;
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
-        ++found;
-    return found;
-}
-
-/// Without the code of the panel's choices and what names the job.
-std::string rest(std::string text)
-{
-    for (const char* begin : {"%%BeginFeature: *Vel", "%%For", "%%Title", "%%CreationDate"})
-        for (size_t at; (at = text.find(begin)) != std::string::npos;)
-            text.erase(at, text.find(begin[2] == 'B' ? "%%EndFeature" : "\n", at) - at);
-    return text;
-}
-
-TEST_F(CupsPrint, PutsChoicesPagesCopiesAndDuplexIntoTheBytesOfAnyTypeAndNothingElse)
-{
-    std::string lines, z = sandbox_.write("z.ps", fivePages("Z")), a = sandbox_.write("a.ps", fivePages("A"));
-    for (int i = 0; i < 300; ++i)
-        lines += "line\n";
-    ASSERT_EQ(runProcess({"ps2pdf", a, sandbox_ / "five.pdf"}).status, 0);
-    for (std::vector<std::string> files :
-         {std::vector<std::string>{z, a}, {sandbox_ / "five.pdf"}, {sandbox_.write("five.txt", lines)}}) {
-        std::string one = printed(files, last, true), other = printed(files, second, false);
+    std::string z = sandbox_.write("z.ps", fivePages('Z')), a = sandbox_.write("a.ps", fivePages('A'));
+    std::string pdf = sandbox_ / "five.pdf", text = sandbox_.write("five.txt", "A\fAA\fAAA\fAAAA\fAAAAA\n");
+    ASSERT_EQ(runProcess({"ps2pdf", a, pdf}).status, 0);
+    for (const Names& files : {Names{z, a}, {pdf}, {text}}) {
+        SCOPED_TRACE(files[0]);
+        const std::map<std::string, std::string> some = {
+            {"copies", "2"}, {"page-ranges", "2-3"}, {"Duplex", "DuplexNoTumble"}};
+        std::string one = printed(files, some, last, true), other = printed(files, some, second, false);
         int documents = static_cast<int>(files.size());
-        EXPECT_EQ(count(one, "%%Page: "), 2 * documents) << files[0];
-        EXPECT_EQ(count(one, "numcopies(2)"), documents) << files[0];
-        EXPECT_EQ(count(one, "BeginFeature: *Duplex DuplexNoTumble"), documents) << files[0];
+        EXPECT_EQ(lettersOf(one), documents == 2 ? "2323" : "23");
+        EXPECT_EQ(count(one, "numcopies(2)"), documents);
+        EXPECT_EQ(count(one, "BeginFeature: *Duplex DuplexNoTumble"), documents);
+        EXPECT_EQ(count(one, "BeginFeature: *PageRegion A4"), documents);
         if (documents == 2) {
-            EXPECT_LT(one.find("(Z3)"), one.find("(A2)")) << "in the order of the command line";
-            EXPECT_EQ(rest(one), rest(other));
+            EXPECT_LT(one.find("(ZZZ)"), one.find("(AA)")) << "in the order of the command line";
+            EXPECT_EQ(rest(one, "Vel"), rest(other, "Vel"));
         }
+        const char* const handling = "multiple-document-handling";
+        std::string sheets = printed({files.back()},
+                                     {{"copies", "2"},
+                                      {handling, "separate-documents-collated-copies"},
+                                      {"outputorder", "reverse"},
+                                      {"number-up", "2"}},
+                                     second, false);
+        EXPECT_EQ(lettersOf(sheets), "573573");
     }
 }
 
 TEST_F(CupsPrint, SendsNoJobOfWhichAPartIsMissing)
 {
-    std::string page = sandbox_.write("a.ps", fivePages("A"));
+    std::string page = sandbox_.write("a.ps", fivePages('A'));
     DialogRun half = runDialog({"--printer", "Office", page, "/nowhere.ps"}, {"open", "print"});
     EXPECT_NE(half[1].value("error", "").find("/nowhere.ps"), std::string::npos) << half[1];
     DialogRun whole = runDialog({"--printer", "Office", page}, {"open", "print"});
