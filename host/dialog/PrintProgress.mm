@@ -54,12 +54,13 @@ static NSString* textOfPhase(const JobState& state)
 static NSString* textOf(const JobState& state, int allPages)
 {
     NSMutableArray* parts = [NSMutableArray arrayWithObject:textOfPhase(state)];
-    if (state.pages > 0 && allPages > 0)
+    // Sides that are left blank between the copies are counted by the server only.
+    if (state.pages > 0 && allPages >= state.pages)
         [parts addObject:[NSString stringWithFormat:localized(@"page %d of %d"), state.pages, allPages]];
-    else if (allPages > 0)
-        [parts addObject:[NSString stringWithFormat:localized(@"%d pages"), allPages]];
     else if (state.pages > 0)
         [parts addObject:[NSString stringWithFormat:localized(@"page %d"), state.pages]];
+    else if (allPages > 0)
+        [parts addObject:[NSString stringWithFormat:localized(@"%d pages"), allPages]];
     for (const std::string& reason : state.printerReasons)
         if (reason != "none" && state.phase < JobPhase::Cancelled)
             [parts addObject:[NSString stringWithFormat:localized(@"the printer has stopped: %@"),
