@@ -32,14 +32,10 @@
 
 - (void)showJobOptions
 {
-    NSMutableArray* names = [NSMutableArray array];
-    NSMutableDictionary* table = [NSMutableDictionary dictionaryWithObject:names
-                                                                    forKey:@"Summary Display Order"];
-    for (const auto& [name, value] : [self jobOptions]) {
-        [names addObject:stringOf(name)];
-        [table setObject:stringOf(value) forKey:stringOf(name)];
-    }
-    showTable(localized(@"The sample printer does not print. A job would carry these options:"), table);
+    NSMutableArray* rows = [NSMutableArray array];
+    for (const auto& [name, value] : [self jobOptions])
+        [rows addObject:@[ stringOf(name), stringOf(value) ]];
+    showTable(localized(@"The sample printer does not print. A job would carry these options:"), rows);
 }
 
 /// What stands against printing, as the title and the text of an alert; nil when nothing does.

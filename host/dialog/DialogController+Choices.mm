@@ -116,9 +116,16 @@ static NSDictionary* dictionaryIn(NSDictionary* parent, NSString* key)
 
 - (NSString*)noteConflict
 {
+    [self takeCopies];
     [[self panel] saveValuesAndReturnError:nullptr];
-    std::optional<Conflict> conflict = firstConflict([printer_ ppdFile], [self jobOptions]);
+    std::map<std::string, std::string> options = [self jobOptions];
+    std::optional<Conflict> conflict = firstConflict([printer_ ppdFile], options);
     NSString* note = @"";
+    // The system's filters count what is put onto the sheets, not what is in the document.
+    if (options.contains("number-up") && options.contains(textOf(kPageRanges)))
+        note = [NSString
+            stringWithFormat:localized(@"With %@ pages per sheet the page numbers count printed sides"),
+                             stringOf(options["number-up"])];
     if (conflict)
         note = [NSString stringWithFormat:localized(@"%@: %@ does not go with %@: %@"),
                                           stringOf(conflict->option), stringOf(conflict->choice),
@@ -193,9 +200,6 @@ static NSDictionary* dictionaryIn(NSDictionary* parent, NSString* key)
     [self showCopies];
     [[self panel] restoreValuesAndReturnError:nullptr];
     [paper_ setChoices:[self choicesIn:kPaperChoices]];
-    (void)[self noteConflict];
-    if ([[window_ pages] indexOfSelectedItem] == kSummaryPage)
-        [self showPage:kSummaryPage];
 }
 
 - (void)savePreset

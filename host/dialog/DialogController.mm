@@ -187,19 +187,30 @@ static const NSTimeInterval kPause = 0.2;
 {
     if (session_ != nil)
         (void)[self noteConflict];
+    if (session_ != nil && [[window_ pages] indexOfSelectedItem] == kSummaryPage)
+        [summary_ showRows:[self summary]];
+}
+
+- (NSArray*)summary
+{
+    NSMutableArray* rows = [NSMutableArray array];
+    if ([window_ copies] > 1)
+        [rows addObject:@[ localized(@"Copies"), [NSString stringWithFormat:@"%d", [window_ copies]] ]];
+    if ([[window_ pageRanges] length] > 0)
+        [rows addObject:@[ localized(@"Pages"), [window_ pageRanges] ]];
+    NSDictionary* chosen = [session_ offersOptionsOf:printer_] ? [[session_ panel] summaryInfo] : nil;
+    for (NSString* name in [chosen objectForKey:@"Summary Display Order"])
+        [rows addObject:@[ name, [chosen objectForKey:name] ]];
+    return [rows arrayByAddingObjectsFromArray:[[self paperPage] summary]];
 }
 
 - (void)showSummary
 {
-    NSMutableDictionary* summary = [NSMutableDictionary dictionary];
-    if ([session_ offersOptionsOf:printer_])
-        [summary addEntriesFromDictionary:[[session_ panel] summaryInfo]];
-    [[self paperPage] addToSummary:summary];
     if (summary_ == nil) {
         NSSize size = [window_ pageSize];
         summary_ = [[SummaryView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)];
     }
-    [summary_ showSummary:summary];
+    [summary_ showRows:[self summary]];
     [window_ showPage:summary_];
 }
 

@@ -23,6 +23,6 @@
 - (NSDictionary*)choices;
 /// What the page does not offer is passed over.
 - (void)setChoices:(NSDictionary*)choices;
-/// Adds a name and a value for each option, as a panel's summary has them.
-- (void)addToSummary:(NSMutableDictionary*)summary;
+/// Arrays of a name and a value, one for each option.
+- (NSArray*)summary;
 @end

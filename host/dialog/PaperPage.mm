@@ -207,15 +207,12 @@ static NSString* textOrKeyword(const char* text, const char* keyword)
     }
 }
 
-- (void)addToSummary:(NSMutableDictionary*)summary
+- (NSArray*)summary
 {
-    NSArray* order = [summary objectForKey:@"Summary Display Order"];
-    NSMutableArray* names = [NSMutableArray arrayWithArray:order != nil ? order : @[]];
-    for (PaperRow* row in rows_) {
-        [names addObject:row->title];
-        [summary setValue:[row->popUp titleOfSelectedItem] forKey:row->title];
-    }
-    [summary setObject:names forKey:@"Summary Display Order"];
+    NSMutableArray* rows = [NSMutableArray array];
+    for (PaperRow* row in rows_)
+        [rows addObject:@[ row->title, [row->popUp titleOfSelectedItem] ]];
+    return rows;
 }
 
 @end

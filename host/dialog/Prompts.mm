@@ -53,16 +53,16 @@ NSString* promptForName(NSString* question, NSString* proposal)
     return answer == NSOKButton && [name length] > 0 ? name : nil;
 }
 
-void showTable(NSString* heading, NSDictionary* table)
+void showTable(NSString* heading, NSArray* rows)
 {
     ModalEnd* end = [[[ModalEnd alloc] init] autorelease];
     NSWindow* window = [makeWindow(NSMakeSize(500, 400), localized(@"Print")) autorelease];
-    SummaryView* rows = [[[SummaryView alloc] initWithFrame:NSMakeRect(20, 54, 460, 306)] autorelease];
+    SummaryView* table = [[[SummaryView alloc] initWithFrame:NSMakeRect(20, 54, 460, 306)] autorelease];
     NSButton* close = makeButton(NSMakeRect(390, 14, 90, 26), localized(@"Close"), end, @selector(accept:));
     [close setKeyEquivalent:@"\r"];
-    [rows showSummary:table];
+    [table showRows:rows];
     for (NSView* part in
-         @[ makeLabel(NSMakeRect(20, 368, 460, 20), heading, NSLeftTextAlignment), rows, close ])
+         @[ makeLabel(NSMakeRect(20, 368, 460, 20), heading, NSLeftTextAlignment), table, close ])
         [[window contentView] addSubview:part];
     [window setDelegate:(id)end];
     [window center];

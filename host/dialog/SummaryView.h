@@ -2,12 +2,11 @@
 
 #import <AppKit/AppKit.h>
 
-/// The Summary page: a table of item names and values in display order.
+/// The Summary page: a table of item names and values.
 @interface SummaryView : NSScrollView
 {
-    NSArray* names_;
-    NSDictionary* values_;
+    NSArray* rows_;
 }
-/// `summary` is what a panel's `summaryInfo` gives.
-- (void)showSummary:(NSDictionary*)summary;
+/// Each row is an array of a name and a value.
+- (void)showRows:(NSArray*)rows;
 @end

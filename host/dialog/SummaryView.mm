@@ -32,29 +32,26 @@ static NSTableColumn* column(NSString* identifier, NSString* title, CGFloat widt
 - (void)dealloc
 {
     [(NSTableView*)[self documentView] setDataSource:nil];
-    [names_ release];
-    [values_ release];
+    [rows_ release];
     [super dealloc];
 }
 
-- (void)showSummary:(NSDictionary*)summary
+- (void)showRows:(NSArray*)rows
 {
-    [names_ release];
-    [values_ release];
-    names_ = [[summary objectForKey:@"Summary Display Order"] copy];
-    values_ = [summary copy];
+    [rows_ release];
+    rows_ = [rows copy];
     [(NSTableView*)[self documentView] reloadData];
 }
 
 - (NSInteger)numberOfRowsInTableView:(NSTableView*)table
 {
-    return static_cast<NSInteger>([names_ count]);
+    return static_cast<NSInteger>([rows_ count]);
 }
 
 - (id)tableView:(NSTableView*)table objectValueForTableColumn:(NSTableColumn*)tableColumn row:(NSInteger)row
 {
-    NSString* name = [names_ objectAtIndex:static_cast<NSUInteger>(row)];
-    return [[tableColumn identifier] isEqual:@"name"] ? name : [values_ objectForKey:name];
+    NSArray* nameAndValue = [rows_ objectAtIndex:static_cast<NSUInteger>(row)];
+    return [nameAndValue objectAtIndex:[[tableColumn identifier] isEqual:@"name"] ? 0 : 1];
 }
 
 @end

@@ -13,3 +13,6 @@ Json answerOfOpenLine(DialogController* dialog, const std::string& line);
 
 /// True while a modal window is open that answers to the user.
 bool modalWindowIsOpen();
+
+/// A modal loop looks at what was done to it only when an event arrives: gives it one.
+void wakeModalLoop();

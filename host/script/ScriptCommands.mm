@@ -341,6 +341,20 @@ bool modalWindowIsOpen()
     return [[NSApp modalWindow] isVisible] != 0;
 }
 
+void wakeModalLoop()
+{
+    NSEvent* event = [NSEvent otherEventWithType:NSApplicationDefined
+                                        location:NSZeroPoint
+                                   modifierFlags:0
+                                       timestamp:0
+                                    windowNumber:0
+                                         context:nil
+                                         subtype:0
+                                           data1:0
+                                           data2:0];
+    [NSApp postEvent:event atStart:NO];
+}
+
 Json runScriptLine(DialogController* dialog, const std::string& line)
 {
     std::string argument = line;

@@ -12,21 +12,6 @@
 
 static const NSTimeInterval kIdle = 0.01, kBusy = 0.0005;
 
-static void postEvent()
-{
-    // A modal loop looks at what a line did to it only when an event arrives.
-    NSEvent* event = [NSEvent otherEventWithType:NSApplicationDefined
-                                        location:NSZeroPoint
-                                   modifierFlags:0
-                                       timestamp:0
-                                    windowNumber:0
-                                         context:nil
-                                         subtype:0
-                                           data1:0
-                                           data2:0];
-    [NSApp postEvent:event atStart:NO];
-}
-
 /// Reads the lines and carries them out.
 @interface ScriptRunner : NSObject
 {
@@ -116,7 +101,7 @@ static void postEvent()
     if (!open_.empty())
         [self answer:answer];
     open_.clear();
-    postEvent();
+    wakeModalLoop();
 }
 
 /// True when the script has to wait for a line that is being carried out: a pressed button runs the run loop
@@ -133,7 +118,7 @@ static void postEvent()
     // The next turn is asked for first: this line may open a modal loop and not come back.
     [self tickAfter:unread_.empty() ? kIdle : kBusy];
     if ([self mustWait]) {
-        postEvent();
+        wakeModalLoop();
         return;
     }
     if (!open_.empty()) {

@@ -2,15 +2,23 @@
 // server.
 #include "dialog/Appearance.h"
 #include "dialog/DialogController.h"
-#include "script/ControlRows.h"
+#include "dialog/PageCount.h"
 #include "script/Outlets.h"
+#include "script/ScriptCommands.h"
 #include "support/PrivateCups.h"
 
 #import <GNUstepGUI/GSTheme.h>
-#include <cstdlib>
 #include <cups/cups.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+
+static NSArray* partsOf(NSView* view)
+{
+    NSMutableArray* parts = [NSMutableArray arrayWithObject:view];
+    for (NSUInteger i = 0; i < [parts count]; ++i)
+        [parts addObjectsFromArray:[[parts objectAtIndex:i] subviews]];
+    return parts;
+}
 
 /// Answers modal windows as a user does: presses the button of the next title and keeps what was written.
 @interface Answerer : NSObject
@@ -18,52 +26,32 @@
 @public
     std::vector<std::string> buttons;
     std::string written;
-    BOOL pressing; ///< a pressed button runs the run loop for a moment
-    int rest;      ///< turns until the window that was answered is surely gone
-    int unanswered;
+    int turns; ///< since a button was pressed; the window that it closed is gone after some
 }
 @end
 
 @implementation Answerer
 
-- (BOOL)look:(NSView*)view
-{
-    if ([view isKindOfClass:[NSTextField class]])
-        written += std::string([[(NSTextField*)view stringValue] UTF8String]) + "\n";
-    if ([view isKindOfClass:[NSButton class]] &&
-        [[(NSButton*)view title] isEqual:[NSString stringWithUTF8String:buttons.front().c_str()]]) {
-        [(NSButton*)view performClick:nil];
-        return YES;
-    }
-    BOOL pressed = NO;
-    for (NSView* part in [[[view subviews] copy] autorelease])
-        pressed = pressed || [self look:part];
-    return pressed;
-}
-
 - (void)tick:(NSTimer*)timer
 {
-    NSWindow* modal = [NSApp modalWindow];
-    if (pressing || ![modal isVisible])
+    wakeModalLoop();
+    if (!modalWindowIsOpen() || ++turns < 5)
         return;
-    pressing = YES;
-    if (--rest <= 0 && !buttons.empty() && [self look:[modal contentView]]) {
+    NSButton* next = nil;
+    for (id part in partsOf([[NSApp modalWindow] contentView])) {
+        if ([part isKindOfClass:[NSTextField class]])
+            written += textOf([part stringValue]) + "\n";
+        if ([part isKindOfClass:[NSButton class]] && !buttons.empty() &&
+            textOf([(NSButton*)part title]) == buttons.front())
+            next = part;
+    }
+    if (next != nil) {
         buttons.erase(buttons.begin());
-        rest = 5;
-    } else if (++unanswered == 50) {
+        turns = 0;
+        [next performClick:nil];
+    } else if (turns > 50) {
         [NSApp abortModal];
     }
-    pressing = NO;
-    NSEvent* event = [NSEvent otherEventWithType:NSApplicationDefined
-                                        location:NSZeroPoint
-                                   modifierFlags:0
-                                       timestamp:0
-                                    windowNumber:0
-                                         context:nil
-                                         subtype:0
-                                           data1:0
-                                           data2:0];
-    [NSApp postEvent:event atStart:NO];
 }
 
 @end
@@ -86,7 +74,7 @@ protected:
         cupsSetServer(getenv("CUPS_SERVER")); // the library reads it once
         for (const char* queue : {"Hall", "Office"})
             ASSERT_TRUE(cups_.addQueue(queue, kPpd)) << cups_.problem();
-        user_ = [[Answerer alloc] init];
+        user_ = [[[Answerer alloc] init] autorelease];
         timer_ = [NSTimer timerWithTimeInterval:0.1
                                          target:user_
                                        selector:@selector(tick:)
@@ -94,26 +82,15 @@ protected:
                                         repeats:YES];
         [[NSRunLoop currentRunLoop] addTimer:timer_ forMode:NSModalPanelRunLoopMode];
         std::string pages = home_.write("five.ps", "%!\nshowpage showpage showpage showpage showpage\n");
-        file_ = home_ / "five.pdf";
         ASSERT_EQ(runProcess({"ps2pdf", pages, file_}).status, 0);
         open("Office");
     }
 
-    void TearDown() override
-    {
-        close();
-        [timer_ invalidate];
-        [user_ release];
-    }
-
     void open(const std::string& queue)
     {
-        NSString* reason = nil;
-        dialog_ = [[DialogController alloc] initWithOptions:{
-            .plugin = PDE_BUILD_DIR "/R4270.plugin", .printer = queue, .files = { file_ }
-        }
-                                                      error:&reason];
-        ASSERT_TRUE(dialog_ != nil) << [reason UTF8String];
+        Options options{.plugin = PDE_BUILD_DIR "/R4270.plugin", .printer = queue, .files = {file_}};
+        dialog_ = [[DialogController alloc] initWithOptions:options error:nullptr];
+        ASSERT_TRUE(dialog_ != nil);
         [dialog_ showPanel];
         awaitPanel();
     }
@@ -124,6 +101,12 @@ protected:
             turn(0.1);
     }
 
+    void TearDown() override
+    {
+        close();
+        [timer_ invalidate];
+    }
+
     void close()
     {
         [dialog_ terminatePanel];
@@ -132,17 +115,24 @@ protected:
         dialog_ = nil;
     }
 
-    /// What a user writes and says while `act` runs; what the windows said to him.
+    /// Opens the dialog anew. The queue that it shows then.
+    std::string reopened(const std::string& queue)
+    {
+        close();
+        open(queue);
+        return textOf([[[[dialog_ window] printers] selectedItem] representedObject]);
+    }
+
+    /// What windows said while `act` ran and a user pressed these buttons in them.
     template <typename Act>
     std::string answering(std::vector<std::string> buttons, Act act)
     {
         user_->buttons = buttons;
         user_->written.clear();
-        user_->unanswered = 0;
+        user_->turns = 0;
         act();
         turn(0.3);
         EXPECT_TRUE(user_->buttons.empty()) << user_->buttons.front() << " was not there; " << user_->written;
-        user_->buttons.clear();
         return user_->written;
     }
 
@@ -151,7 +141,7 @@ protected:
         return answering(buttons, [this] { [dialog_ print:nil]; });
     }
 
-    std::string chooseItem(NSPopUpButton* popUp, NSString* beginning, std::vector<std::string> buttons = {})
+    std::string choose(NSPopUpButton* popUp, NSString* beginning, std::vector<std::string> buttons = {})
     {
         return answering(buttons, [&] {
             for (NSMenuItem* item in [popUp itemArray])
@@ -165,41 +155,42 @@ protected:
 
     std::string preset(NSString* title, std::vector<std::string> buttons = {})
     {
-        return chooseItem([[dialog_ window] presets], title, buttons);
+        return choose([[dialog_ window] presets], title, buttons);
     }
 
     void goTo(NSString* printer)
     {
-        chooseItem([[dialog_ window] printers], printer);
+        choose([[dialog_ window] printers], printer);
         awaitPanel();
     }
 
-    void set(const char* field, int index)
+    void panel(const std::vector<std::string>& lines)
     {
-        id control = controlRow([dialog_ panel], field)->item->control;
-        EXPECT_EQ([control isKindOfClass:[NSPopUpButton class]] ? ::chooseItem(control, index)
-                                                                : setCheckBox(control, index),
-                  "");
-        turn(0.5);
+        for (const std::string& line : lines)
+            EXPECT_FALSE(runScriptLine(dialog_, line).contains("error")) << line;
     }
 
-    long value(const char* field)
-    {
-        return [(NSPopUpButton*)controlRow([dialog_ panel], field)->item->control indexOfSelectedItem];
-    }
-
-    /// In the pop-ups of the page that have such choices.
-    void choosePaper(const std::vector<NSString*>& choices)
+    /// Chooses these where the page has them.
+    void paper(const std::vector<NSString*>& choices)
     {
         [dialog_ showPage:kPaperPage];
-        for (NSString* choice : choices)
-            for (NSPopUpButton* popUp in [[[dialog_ paperPage] documentView] subviews])
+        for (id popUp in partsOf([dialog_ paperPage]))
+            for (NSString* choice : choices)
                 if ([popUp isKindOfClass:[NSPopUpButton class]] &&
-                    [popUp indexOfItemWithRepresentedObject:choice] >= 0)
-                    ::chooseItem(popUp, (int)[popUp indexOfItemWithRepresentedObject:choice]);
+                    [popUp indexOfItemWithRepresentedObject:choice] >= 0) {
+                    [popUp selectItemAtIndex:[popUp indexOfItemWithRepresentedObject:choice]];
+                    [popUp sendAction:[popUp action] to:[(NSControl*)popUp target]];
+                }
     }
 
-    std::string option(const char* name) { return [dialog_ jobOptions][name]; }
+    /// Two of the panel's choices and two of the paper page's that a job would carry now.
+    std::string chosen()
+    {
+        panel({"save"});
+        auto options = [dialog_ jobOptions];
+        return options["VelQuickColor"] + " " + options["VelBrightness"] + " " + options["Duplex"] + " " +
+               options["number-up"];
+    }
 
     Sandbox home_;
     ScopedVariable folder_{"XDG_CONFIG_HOME", home_.path().string()};
@@ -207,106 +198,108 @@ protected:
     PrivateCups cups_;
     Answerer* user_ = nil;
     NSTimer* timer_ = nil;
-    std::string file_;
+    std::string file_ = home_ / "five.pdf";
     DialogController* dialog_ = nil;
 };
+
+constexpr auto kNowhere = std::string::npos;
 
 } // namespace
 
 TEST_F(DialogActions, TakesWholeCopiesAndAscendingPages)
 {
-    const char *noCopies = "no number of copies", *noPages = "no pages";
-    struct {
-        NSString *copies, *pages;
-        const char* refusal;
-    } const cases[] = {
-        {@"3x", @"", noCopies},  {@"0", @"", noCopies},   {@"10000", @"", noCopies},
-        {@"1", @"0-2", noPages}, {@"1", @"3-1", noPages}, {@"1", @"1-2-3", noPages},
-        {@"1", @"a", noPages},
-    };
-    for (const auto& c : cases) {
-        [[dialog_ window] setCopies:1 pageRanges:c.pages];
-        [(NSTextField*)outletNamed([dialog_ window], "copies_") setStringValue:c.copies];
-        EXPECT_NE(print({"OK"}).find(c.refusal), std::string::npos) << [c.copies UTF8String];
+    for (const auto& [copies, pages] : {std::pair<std::string, std::string>("3x", ""),
+                                        {"0", ""},
+                                        {"10000", ""},
+                                        {"1", "0-2"},
+                                        {"1", "3-1"},
+                                        {"1", "1-2-3"}}) {
+        [[dialog_ window] setCopies:1 pageRanges:stringOf(pages)];
+        [(NSTextField*)outletNamed([dialog_ window], "copies_") setStringValue:stringOf(copies)];
+        EXPECT_NE(print({"OK"}).find(pages.empty() ? "no number of copies" : "no pages"), kNowhere) << copies;
         NSText* editor = [[[dialog_ window] window] fieldEditor:NO forObject:nil];
-        EXPECT_TRUE([[editor string] isEqual:c.refusal == noCopies ? c.copies : c.pages]);
+        EXPECT_EQ(textOf([editor string]), pages.empty() ? copies : pages);
         EXPECT_EQ([editor selectedRange].length, [[editor string] length]) << "it is to be typed over";
     }
     [[dialog_ window] setCopies:2 pageRanges:@"1-3, 5"];
     print({"Close"});
     auto job = cups_.receivedJob(1);
     ASSERT_TRUE(job) << cups_.log();
-    EXPECT_NE((" " + job->options + " ").find(" page-ranges=1-3,5 "), std::string::npos) << job->options;
-    EXPECT_NE(job->data.find("numcopies(2)"), std::string::npos);
+    EXPECT_NE((" " + job->options + " ").find(" page-ranges=1-3,5 "), kNowhere) << job->options;
+    EXPECT_NE(job->data.find("numcopies(2)"), kNowhere);
+    EXPECT_EQ(jobState("Office", 1)->pages, 8) << "two copies of four";
 }
 
 TEST_F(DialogActions, KeepsTheChoicesOfEachPrinterAndPresetsForAllOfTheModel)
 {
-    set("menu_QuickColor", 1);
-    choosePaper({@"DuplexNoTumble", @"2"});
-    EXPECT_NE(preset(@"Save", {"Save"}).find("My Preset"), std::string::npos);
+    const std::string standard = "Document Normal  ", photo = "Photo Normal DuplexNoTumble 2";
+    panel({"choose menu_QuickColor 1"});
+    paper({@"DuplexNoTumble", @"2"});
+    EXPECT_NE(preset(@"Save", {"Save"}).find("My Preset"), kNowhere);
     goTo(@"Hall");
-    EXPECT_EQ(value("menu_QuickColor"), 0);
-    EXPECT_EQ(option("Duplex"), "") << "that is the other printer's";
+    EXPECT_EQ(chosen(), standard);
     preset(@"My Preset");
-    EXPECT_EQ(value("menu_QuickColor"), 1);
-    EXPECT_EQ(option("Duplex") + option("number-up"), "DuplexNoTumble2");
+    EXPECT_EQ(chosen(), photo);
     preset(@"Default");
-    EXPECT_EQ(value("menu_QuickColor"), 0);
-    EXPECT_EQ(option("Duplex"), "");
-    set("menu_Brightness", 4);
-    EXPECT_NE(preset(@"Save", {"Save", "Cancel"}).find("already"), std::string::npos);
+    EXPECT_EQ(chosen(), standard);
+    EXPECT_NE(preset(@"Save", {"Save", "Cancel"}).find("already"), kNowhere);
+    panel({"choose menu_Brightness 4"});
     goTo(@"Office");
-    EXPECT_EQ(value("menu_QuickColor"), 1) << "choices of one printer survive those of another";
-    EXPECT_EQ(option("Duplex"), "DuplexNoTumble");
+    EXPECT_EQ(chosen(), photo) << "choices of one printer survive those of another";
     preset(@"My Preset");
-    EXPECT_EQ(value("menu_Brightness"), 2) << "it was not replaced";
+    EXPECT_EQ(chosen(), photo) << "it was not replaced";
     preset(@"Delete", {"Cancel"});
     preset(@"My Preset");
     preset(@"Delete", {"Delete"});
     EXPECT_EQ([[[dialog_ window] presets] indexOfItemWithTitle:@"My Preset"], -1);
-    EXPECT_EQ(value("menu_QuickColor"), 0);
+    EXPECT_EQ(chosen(), standard);
     goTo(@"Hall");
-    EXPECT_EQ(value("menu_Brightness"), 4) << "chosen just before the printer was left";
+    EXPECT_NE(chosen(), standard) << "chosen just before the printer was left";
     Presets* presets = [[[Presets alloc] initWithFolder:@"presets"] autorelease];
-    for (NSString* name in @[ @"", @"..", @"../x", @"a/b", @".hidden", @"QUORVEX R4270/x" ])
+    for (NSString* name in @[ @"", @"../x", @".hidden", @"QUORVEX R4270/x" ])
         EXPECT_FALSE([presets save:@{} name:name]) << [name UTF8String] << ": elsewhere, or unseen";
 }
 
-TEST_F(DialogActions, RemembersWhatAPrinterWasLastUsedWith)
+TEST_F(DialogActions, SumsUpWhatItPrintsAndRemembersWhatAPrinterWasUsedWith)
 {
-    set("menu_QuickColor", 2);
-    choosePaper({@"Thick", @"reverse"});
-    NSMutableDictionary* summary = [NSMutableDictionary dictionary];
-    [[dialog_ paperPage] addToSummary:summary];
-    EXPECT_TRUE([[summary objectForKey:@"Media Type"] isEqual:@"Thick Paper"]);
-    EXPECT_EQ([[summary objectForKey:@"Summary Display Order"] count], 7u) << "none of the panel's own";
-    print({"Close"});
-    for (std::string queue : {"Office", "Hall"}) {
-        bool same = queue == "Office";
-        close();
-        open(queue);
-        EXPECT_EQ(value("menu_QuickColor"), same ? 2 : 0);
-        EXPECT_EQ(option("MediaType") + option("outputorder"), same ? "Thickreverse" : "");
-    }
+    panel({"choose menu_QuickColor 1"});
+    paper({@"DuplexNoTumble", @"2"});
+    [[dialog_ window] setCopies:3 pageRanges:@"1-2"];
+    EXPECT_EQ(textOf([dialog_ noteConflict]), "With 2 pages per sheet the page numbers count printed sides");
+    [dialog_ showPage:kSummaryPage];
+    id rows = outletNamed(dialog_, "summary_");
+    NSTableView* table = [rows documentView];
+    std::string summary;
+    for (NSInteger row = 0; row < [table numberOfRows]; ++row)
+        for (NSTableColumn* column in [table tableColumns])
+            summary += textOf([rows tableView:table objectValueForTableColumn:column row:row]) + ",";
+    EXPECT_EQ(summary.find("Copies,3,Pages,1-2,Quick Color,Photo,"), 0u) << summary;
+    EXPECT_TRUE(summary.ends_with(",Two-Sided,Long Edge,Pages per Sheet,2,Page Order,First to Last,"
+                                  "Copies in Order,Page by Page,"))
+        << summary;
+    print({"Print", "Close"});
+    EXPECT_EQ(reopened("Office"), "Office");
+    EXPECT_EQ(chosen(), "Photo Normal DuplexNoTumble 2");
+    EXPECT_EQ([[dialog_ window] copies], 1);
+    reopened("Hall");
+    EXPECT_EQ(chosen(), "Document Normal  ");
 }
 
 TEST_F(DialogActions, PrintsOnThePrinterThatIsShownOrNotAtAll)
 {
-    auto shown = [this] {
-        return std::string([[[[dialog_ window] printers] titleOfSelectedItem] UTF8String]);
+    auto refuses = [this](const std::string& problem) {
+        EXPECT_NE(print({"OK"}).find("Office: " + problem), kNowhere);
+        EXPECT_EQ(textOf([[[dialog_ window] printers] titleOfSelectedItem]), "Office – " + problem);
     };
     cups_.stop();
-    EXPECT_NE(print({"OK"}).find("Office: the printing system does not answer"), std::string::npos);
-    EXPECT_EQ(shown(), "Office – the printing system does not answer");
+    refuses("the printing system does not answer");
     ASSERT_TRUE(cups_.start()) << cups_.problem();
     ASSERT_TRUE(cups_.administer({"/usr/sbin/cupsreject", "Office"})) << cups_.problem();
-    EXPECT_NE(print({"OK"}).find("not accepting jobs"), std::string::npos);
+    EXPECT_NE(print({"OK"}).find("not accepting jobs"), kNowhere);
     turn(0.5);
     EXPECT_NE([dialog_ panel], nil) << "the user can go on";
     ASSERT_TRUE(cups_.administer({"/usr/sbin/lpadmin", "-x", "Office"})) << cups_.problem();
-    EXPECT_NE(print({"OK"}).find("no longer on the server"), std::string::npos);
-    EXPECT_EQ(shown(), "Office – no longer on the server");
+    refuses("no longer on the server");
     goTo(@"Hall");
     print({"Close"});
     EXPECT_TRUE(cups_.receivedJob(1)) << "the first job of all; " << cups_.log();
@@ -315,37 +308,34 @@ TEST_F(DialogActions, PrintsOnThePrinterThatIsShownOrNotAtAll)
 TEST_F(DialogActions, NamesChoicesThatDoNotGoTogetherAndAsks)
 {
     const std::string edges = "EconoMode: On does not go with Edge Type: Strong";
-    set("check_EconomyPrint", 1);
-    set("menu_EdgeStrength", 3);
-    EXPECT_EQ([[dialog_ noteConflict] UTF8String], edges);
-    EXPECT_NE(print({"Cancel"}).find(edges), std::string::npos);
-    set("menu_EdgeStrength", 0);
-    choosePaper({@"DuplexTumble", @"Labels"});
-    EXPECT_EQ(std::string([[dialog_ noteConflict] UTF8String]),
-              "Two-Sided: Short Edge does not go with Media Type: Labels");
-    choosePaper({@"None", @"Plain"});
-    for (const auto& [field, index] : {std::pair("menu_QuickColor", 3),
-                                       {"menu_sSimulationProfile", 1},
-                                       {"menu_EdgeStrength", 3},
-                                       {"check_ColorAsGrayscale", 1}})
-        set(field, index);
-    EXPECT_EQ(std::string([[dialog_ noteConflict] UTF8String]),
+    panel({"check check_EconomyPrint 1", "choose menu_EdgeStrength 3"});
+    EXPECT_NE(print({"Cancel"}).find(edges), kNowhere);
+    EXPECT_EQ(textOf([[dialog_ window] note]), edges);
+    panel({"choose menu_EdgeStrength 0"});
+    paper({@"DuplexTumble", @"Labels"});
+    EXPECT_EQ(textOf([dialog_ noteConflict]), "Two-Sided: Short Edge does not go with Media Type: Labels");
+    paper({@"None", @"Plain"});
+    panel({"choose menu_QuickColor 3", "choose menu_sSimulationProfile 1", "choose menu_EdgeStrength 3",
+           "check check_ColorAsGrayscale 1"});
+    EXPECT_EQ(textOf([dialog_ noteConflict]),
               "Color as Grayscale: On does not go with Simulation Profile: SWOP Coated")
         << "of two conflicts, the options of one";
     print({"Print", "Close"});
     EXPECT_TRUE(cups_.receivedJob(1)) << cups_.log();
 }
 
-TEST_F(DialogActions, SaysWhatKeepsTheJobAndCancelsIt)
+TEST_F(DialogActions, SaysHowFarTheJobIsAndWhatKeepsItAndCancelsIt)
 {
     ASSERT_TRUE(cups_.administer({"/usr/sbin/cupsdisable", "Office"})) << cups_.problem();
     [[dialog_ window] setCopies:2 pageRanges:@"2-3,5-9"];
     std::string said = print({"Cancel Job", "Close"});
-    EXPECT_NE(said.find("Job 1: waiting, 6 pages, the printer has stopped: paused"), std::string::npos)
-        << said;
-    ASSERT_TRUE(jobState("Office", 1));
+    EXPECT_NE(said.find("Job 1: waiting, 6 pages, the printer has stopped: paused"), kNowhere) << said;
     EXPECT_EQ(jobState("Office", 1)->phase, JobPhase::Cancelled);
     EXPECT_FALSE(jobState("Office", 2)) << "one job, not two";
+    std::string late = "%!PS\n%%Pages: (atend)\n" + std::string(5000, '%') + "\n%%Trailer\n%%Pages: 7\n";
+    std::string ps = home_.write("late.ps", late), text = home_.write("a.txt", "%%Pages: 3\n");
+    EXPECT_EQ(sidesOfJob({.files = {file_, ps}, .options = {{"number-up", "2"}, {"page-ranges", "2-9"}}}), 5);
+    EXPECT_EQ(sidesOfJob({.files = {file_, text}}), 0) << "text does not tell";
 }
 
 TEST_F(DialogActions, BeginsOnTheDefaultPrinterElseOnOneThatThePanelServes)
@@ -353,19 +343,14 @@ TEST_F(DialogActions, BeginsOnTheDefaultPrinterElseOnOneThatThePanelServes)
     std::string text = readFile(kPpd);
     std::string other = home_.write("other.ppd", text.substr(0, text.find("*OpenGroup: VelColor/")));
     ASSERT_TRUE(cups_.addQueue("Alien", other)) << cups_.problem();
-    auto begins = [this] {
-        close();
-        open("");
-        return std::string([[[[[dialog_ window] printers] selectedItem] representedObject] UTF8String]);
-    };
     Sandbox temporary;
     ScopedVariable folder("TMPDIR", temporary.path().string());
-    EXPECT_EQ(begins(), "Hall");
+    EXPECT_EQ(reopened(""), "Hall");
     ASSERT_TRUE(cups_.administer({"/usr/sbin/lpadmin", "-d", "Office"})) << cups_.problem();
-    EXPECT_EQ(begins(), "Office");
+    EXPECT_EQ(reopened(""), "Office");
     EXPECT_TRUE(std::filesystem::is_empty(temporary.path())) << "a queue's PPD was left there";
     cups_.stop();
-    EXPECT_EQ(begins(), "") << "the sample printer";
+    EXPECT_EQ(reopened(""), "") << "the sample printer";
 }
 
 TEST(Appearance, StaysWhenTheUsersSettingsChange)
