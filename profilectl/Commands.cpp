@@ -44,8 +44,7 @@ void forEachSelected(ProfileLists& lists, const Selection& selection, Change cha
     }
     if (!found)
         throw CommandError(kNotPossible, std::string(elsewhere.empty() ? "no list" : "none of these lists") +
-                                             " has a profile \"" + printable(selection.fileName) + "\"" +
-                                             elsewhere);
+                                             " has a profile \"" + selection.fileName + "\"" + elsewhere);
 }
 
 std::string readInput(const std::string& path)
@@ -58,9 +57,9 @@ std::string readInput(const std::string& path)
     std::string text(static_cast<size_t>(kLongest) + 1, '\0');
     input.read(text.data(), kLongest + 1);
     if (input.bad() || (path != "-" && !file.is_open()))
-        throw CommandError(kBadInput, "cannot read " + printable(path));
+        throw CommandError(kBadInput, "cannot read " + path);
     if (input.gcount() > kLongest)
-        throw CommandError(kBadInput, printable(path) + " is longer than 4 MiB");
+        throw CommandError(kBadInput, path + " is longer than 4 MiB");
     text.resize(static_cast<size_t>(input.gcount()));
     return text;
 }
@@ -213,16 +212,15 @@ void discoverProfiles(const std::string& host)
     VelPListSwapProfile(2);
     std::optional<int> result = walkPrinterTable(host);
     if (!result)
-        throw CommandError(kNotPossible, "the printer at " + printable(host) + " could not be asked");
+        throw CommandError(kNotPossible, "the printer at " + host + " could not be asked");
     auto lists = loadLists();
     long found = 0;
     for (const ProfileList& list : *lists)
         found += std::count_if(std::begin(list.records), std::end(list.records), isOnPrinter);
     if (*result == kWalkRefused || (*result == 0 && found == 0))
-        throw CommandError(kNotPossible,
-                           printable(host) + " answers, but is not supported: it has no profiles");
+        throw CommandError(kNotPossible, host + " answers, but is not supported: it has no profiles");
     if (*result != 0)
-        throw CommandError(kNotPossible, "no answer from " + printable(host));
+        throw CommandError(kNotPossible, "no answer from " + host);
     listProfiles({std::begin(kAllLists), std::end(kAllLists)}, false, true);
 }
 
@@ -236,5 +234,5 @@ void exportLists(const std::string& path)
     }
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     if (!(file << text).flush())
-        throw CommandError(kNotWritten, "cannot write " + printable(path));
+        throw CommandError(kNotWritten, "cannot write " + path);
 }

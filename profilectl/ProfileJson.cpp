@@ -79,7 +79,7 @@ ProfileRecord recordOf(const json& profile)
     constexpr const char* kMembers[] = {"file", "name", "location", "inMenu", "status", "index", "class"};
     for (const auto& [key, value] : profile.items()) {
         if (std::find(std::begin(kMembers), std::end(kMembers), key) == std::end(kMembers))
-            throw CommandError(kBadInput, "\"" + printable(key) + "\" is not known");
+            throw CommandError(kBadInput, "\"" + key + "\" is not known");
     }
     if (!profile.contains("file"))
         throw CommandError(kBadInput, "\"file\" is missing");
@@ -122,7 +122,7 @@ std::vector<ImportedProfile> parseImport(const std::string& text, std::vector<in
     for (const auto& [key, profiles] : root.items()) {
         auto name = std::find(std::begin(kClassNames), std::end(kClassNames), key);
         if (name == std::end(kClassNames))
-            refuse(printable(key), "there are only the lists \"rgb\", \"sim\" and \"dst\"");
+            refuse(key, "there are only the lists \"rgb\", \"sim\" and \"dst\"");
         if (!profiles.is_array())
             refuse(key, "a list is an array");
         indexes.push_back(static_cast<int32_t>(name - std::begin(kClassNames)));

@@ -30,12 +30,12 @@ bool isUnprintable(uint32_t c)
 void requireWhole(const std::string& name, const char* what)
 {
     if (name.size() > kLongestName)
-        throw CommandError(kBadInput, std::string(what) + " \"" + printable(name) + "\" has " +
+        throw CommandError(kBadInput, std::string(what) + " \"" + name + "\" has " +
                                           std::to_string(name.size()) + " bytes in UTF-8; " +
                                           std::to_string(kLongestName) + " is the most that is kept");
     if (printable(name) != name)
-        throw CommandError(kBadInput, std::string(what) + " \"" + printable(name) +
-                                          "\" holds characters that cannot be shown");
+        throw CommandError(kBadInput,
+                           std::string(what) + " \"" + name + "\" holds characters that cannot be shown");
 }
 
 void requireReadable(int32_t readResult)
@@ -121,12 +121,12 @@ ProfileRecord makeRecord(const std::string& fileName, const std::string& profile
                          bool listed)
 {
     if (fileName.find('/') != std::string::npos)
-        throw CommandError(kBadInput, "\"" + printable(fileName) +
-                                          "\" is a path; give the name that the file has on the printer");
+        throw CommandError(kBadInput,
+                           "\"" + fileName + "\" is a path; give the name that the file has on the printer");
     requireWhole(fileName, "the file name");
     if (!bJudgement8point3Format(fileName.c_str()))
         throw CommandError(kBadInput,
-                           "\"" + printable(fileName) + "\" is no profile file name: at most " +
+                           "\"" + fileName + "\" is no profile file name: at most " +
                                std::to_string(kMaxBaseLength) + " characters, a full stop and at most " +
                                std::to_string(kMaxExtensionLength) +
                                " more; letters and digits without accents and ! # $ % & ' ( ) - ^ _ ` { } ~");

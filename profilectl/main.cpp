@@ -64,8 +64,7 @@ private:
                                  [&](const auto& action) { return action.first->get_name() == first; });
         if (known || first.starts_with("-"))
             return error.what() + std::string(" (--help explains)");
-        std::string message =
-            first.empty() ? "no command given" : "there is no command \"" + printable(first) + "\"";
+        std::string message = first.empty() ? "no command given" : "there is no command \"" + first + "\"";
         message += "; the commands are";
         for (const CLI::App* command : app_.get_subcommands({}))
             message += " " + command->get_name();
@@ -184,7 +183,7 @@ int main(int argc, char** argv)
             throw CommandError(kNotWritten, "standard output could not be written");
         return status;
     } catch (const CommandError& error) {
-        std::cerr << "profilectl: " << error.what() << '\n';
+        std::cerr << "profilectl: " << printable(error.what()) << '\n';
         return error.status;
     }
 }

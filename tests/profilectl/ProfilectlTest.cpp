@@ -119,7 +119,7 @@ TEST_F(ProfilectlTest, SaysWhatIsWrongWithACommandANameOrAnImportedFile)
     for (const auto& [arguments, status, words] : commands)
         fails(arguments, status, words);
     const std::pair<std::string, const char*> files[] = {
-        {"[1", "no JSON"},
+        {"\x9B", "last read: '?'"},
         {R"({"rgb":[{"file":"ok.icc"},{"file":"a.icc","bogus":1}]})", "rgb[1]"},
         {R"({"rgb":[{"file":"a.icc","index":18446744073709551615}]})", "32 bits"},
         {R"({"rgb":[{"file":"a.icc","location":"moon"}]})", "disk"},
