@@ -70,17 +70,13 @@ void settleSignals()
     setitimer(ITIMER_VIRTUAL, &off, nullptr);
     setitimer(ITIMER_PROF, &off, nullptr);
     alarm(0);
-    struct sigaction standard = {};
-    standard.sa_handler = SIG_DFL;
-    struct sigaction ignored = {};
-    ignored.sa_handler = SIG_IGN;
     for (int number = 1; number < NSIG; ++number) {
-        (void)sigaction(number, &ignored, nullptr); // forgets one that the caller left waiting
-        (void)sigaction(number, &standard, nullptr);
+        (void)signal(number, SIG_IGN); // forgets one that the caller left waiting
+        (void)signal(number, SIG_DFL);
     }
     // A reader that has gone, or a file that may not grow, is an error of the call and not the end.
-    sigaction(SIGPIPE, &ignored, nullptr);
-    sigaction(SIGXFSZ, &ignored, nullptr);
+    (void)signal(SIGPIPE, SIG_IGN);
+    (void)signal(SIGXFSZ, SIG_IGN);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -127,10 +123,8 @@ RootScope::~RootScope()
 bool becomeRealUser()
 {
     alarm(0);
-    struct sigaction standard = {};
-    standard.sa_handler = SIG_DFL;
-    sigaction(SIGPIPE, &standard, nullptr);
-    sigaction(SIGXFSZ, &standard, nullptr);
+    (void)signal(SIGPIPE, SIG_DFL);
+    (void)signal(SIGXFSZ, SIG_DFL);
     uid_t user = getuid();
     gid_t group = getgid();
     if (seteuid(privileged) != 0)

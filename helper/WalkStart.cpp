@@ -59,6 +59,6 @@ Outcome startWalk(const Account& account, std::vector<std::string> command)
     if (!becomeRealUser())
         _exit(1);
     // The environment is the one that settleProcess made.
-    execve(arguments[0], arguments.data(), environ);
+    execv(arguments[0], arguments.data());
     return kNoWalker;
 }

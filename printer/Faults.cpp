@@ -198,13 +198,13 @@ Fault parseFault(const std::string& text)
     if (kind == std::end(kKinds))
         throw std::invalid_argument("there is no fault \"" + name + "\"; --help lists them");
     Setting setting;
-    if (colon != text.npos)
+    if (colon != std::string::npos)
         setting.text = text.substr(colon + 1);
     const bool mayHave = kind->value != nullptr, mustHave = mayHave && *kind->value != '[';
-    if (colon == text.npos ? mustHave : !mayHave)
+    if (colon == std::string::npos ? mustHave : !mayHave)
         throw std::invalid_argument("fault " + name + ": it takes " + (mustHave ? "a" : "no") + " value");
     try {
-        if (colon != text.npos && isupper(kind->value[mustHave ? 0 : 1]))
+        if (colon != std::string::npos && isupper(kind->value[mustHave ? 0 : 1]))
             setting.number = numberIn(setting.text);
     } catch (const std::invalid_argument& reason) {
         throw std::invalid_argument("fault " + name + ": " + reason.what());

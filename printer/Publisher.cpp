@@ -45,6 +45,10 @@ private:
     int addRecords();
     void takeAnotherName();
     void tell(const std::string& text) const { std::cerr << "r4270-printer: " << text << std::endl; }
+    void tellFailure(int error) const
+    {
+        tell(std::string("the printer is not announced: ") + avahi_strerror(error));
+    }
 
     std::string name_;
     std::string address_;
@@ -83,7 +87,7 @@ void Publisher::Announcement::connect()
     client_ =
         avahi_client_new(avahi_threaded_poll_get(poll_), AVAHI_CLIENT_NO_FAIL, clientChanged, this, &error);
     if (client_ == nullptr)
-        tell(std::string("the printer is not announced: ") + avahi_strerror(error));
+        tellFailure(error);
 }
 
 void Publisher::Announcement::clientChanged(AvahiClient* client, AvahiClientState state, void* self)
@@ -98,8 +102,7 @@ void Publisher::Announcement::clientChanged(AvahiClient* client, AvahiClientStat
         avahi_client_free(client);
         announcement->connect();
     } else if (state == AVAHI_CLIENT_FAILURE) {
-        announcement->tell(std::string("the printer is not announced: ") +
-                           avahi_strerror(avahi_client_errno(client)));
+        announcement->tellFailure(avahi_client_errno(client));
     } else if (announcement->group_ != nullptr) {
         // The daemon is renaming its host: everything is announced again when it is done.
         avahi_entry_group_reset(announcement->group_);
@@ -115,8 +118,7 @@ void Publisher::Announcement::groupChanged(AvahiEntryGroup* group, AvahiEntryGro
     else if (state == AVAHI_ENTRY_GROUP_ESTABLISHED && announcement->verbose_)
         announcement->tell("announced as \"" + announcement->name_ + "\"");
     else if (state == AVAHI_ENTRY_GROUP_FAILURE)
-        announcement->tell(std::string("the printer is not announced: ") +
-                           avahi_strerror(avahi_client_errno(avahi_entry_group_get_client(group))));
+        announcement->tellFailure(avahi_client_errno(avahi_entry_group_get_client(group)));
 }
 
 void Publisher::Announcement::takeAnotherName()
@@ -155,7 +157,7 @@ void Publisher::Announcement::announce(AvahiClient* client)
     else
         avahi_entry_group_reset(group_);
     if (group_ == nullptr) {
-        tell(std::string("the printer is not announced: ") + avahi_strerror(avahi_client_errno(client)));
+        tellFailure(avahi_client_errno(client));
         return;
     }
     int result = addRecords();
@@ -164,7 +166,7 @@ void Publisher::Announcement::announce(AvahiClient* client)
     if (result == AVAHI_ERR_COLLISION)
         takeAnotherName();
     else if (result != 0)
-        tell(std::string("the printer is not announced: ") + avahi_strerror(result));
+        tellFailure(result);
 }
 
 Publisher::Publisher(const std::string& name, const std::string& address, bool verbose)
