@@ -13,6 +13,7 @@
 namespace {
 
 constexpr off_t kLargestSettingsFile = off_t{4} * 1024 * 1024;
+constexpr int kDeepestSettings = 16; // a choice is in the third dictionary
 constexpr int kConnectMilliseconds = 1000;
 
 id failed(NSString** error, NSString* reason)
@@ -30,6 +31,19 @@ NSString* text(NSString* format, ...)
     NSString* result = [[[NSString alloc] initWithFormat:format arguments:arguments] autorelease];
     va_end(arguments);
     return result;
+}
+
+/// Whether containers in `value` are nested so deep at the most.
+bool isShallow(id value, int levels)
+{
+    bool isDictionary = [value isKindOfClass:[NSDictionary class]];
+    if (!isDictionary && ![value isKindOfClass:[NSArray class]])
+        return true;
+    for (id inner in isDictionary ? [value allValues] : value) {
+        if (levels == 0 || !isShallow(inner, levels - 1))
+            return false;
+    }
+    return true;
 }
 
 /// The toolkit's first language as a locale's name.
@@ -109,6 +123,10 @@ NSMutableDictionary* valuesOf(PMPrintSettings handle)
                                                              error:nullptr];
     } @catch (NSException* unreadable) {
         // The reader raises for some that it cannot read.
+    }
+    if (!isShallow(values, kDeepestSettings)) {
+        [values retain]; // for ever: to free it would take more of the stack than there may be
+        return failed(error, text(@"%@: nested too deep", path));
     }
     if (![values isKindOfClass:[NSDictionary class]])
         return failed(error, text(@"%@: does not hold a dictionary", path));

@@ -15,7 +15,12 @@ TEST(PrintDialog, AnswersWhatCannotBeDoneWithAnErrorAndGoesOn)
     Sandbox sandbox;
     std::string good = "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>A</key><string>b</string>"
                        "</dict></plist>";
+    std::string deep = good.substr(0, good.find("<string>"));
+    for (const char* tag : {"<array>", "</array>"})
+        for (int i = 0; i < 250000; ++i)
+            deep += tag;
     std::vector<std::string> script = {"load " + sandbox.write("good", good).string(),
+                                       "load " + sandbox.write("deep", deep + "</dict></plist>").string(),
                                        "load /nowhere",
                                        "load " + sandbox.write("old", "{a = b;}").string(),
                                        "load " +

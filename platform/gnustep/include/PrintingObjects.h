@@ -13,7 +13,8 @@
     NSMutableDictionary* values_;
 }
 /// The values of an XML property-list file, its containers immutable as a restored preset's are. Nil, and
-/// a reason in `error`, when the file cannot be read, is over 4 MiB or does not hold a dictionary.
+/// a reason in `error`, when the file cannot be read, is over 4 MiB, is nested too deep or does not hold a
+/// dictionary.
 + (NSDictionary*)valuesOfFile:(NSString*)path error:(NSString**)error;
 /// NO when the file cannot be written; the old file is then still there.
 - (BOOL)writeToFile:(NSString*)path;
