@@ -185,8 +185,8 @@ TEST_F(ProfilectlTest, AUserWithoutPermissionOrAHelperThatWorksCanOnlyRead)
     EXPECT_TRUE(result.status == 4 && has(result.err, "nosuid")) << result.err;
     fs::copy_file(PDE_PROFILECTL, root / "profilectl"); // the build folder may be closed to others
     fs::permissions(root / "", fs::perms(0755));
-    result =
-        runProcess({root / "profilectl", "add", "x.icc", "--class", "rgb"}, {.uid = 65534, .gid = 65534});
+    result = runProcess({"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", root / "profilectl",
+                         "add", "x.icc", "--class", "rgb"});
     EXPECT_TRUE(result.status == 4 && has(result.err, "members of the group")) << result.err;
     EXPECT_FALSE(fs::exists(currentListPath("nobody")));
 }

@@ -4,93 +4,72 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <grp.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
-std::vector<char*> pointers(std::vector<std::string>& strings)
+/// Starts the program with these files, closed on execution, for its standard input, output and errors.
+pid_t start(std::vector<std::string> arguments, const ProcessOptions& options, const int (&files)[3])
 {
-    std::vector<char*> result;
-    for (std::string& s : strings)
-        result.push_back(s.data());
-    result.push_back(nullptr);
-    return result;
-}
-
-/// Starts the program with these files for its standard input, output and errors.
-pid_t start(std::vector<std::string> arguments, const ProcessOptions& options, int in, int out, int err)
-{
-    std::vector<char*> argv = pointers(arguments);
+    std::vector<char*> argv;
+    for (std::string& argument : arguments)
+        argv.push_back(argument.data());
+    argv.push_back(nullptr);
     pid_t child = fork();
     if (child != 0)
         return child;
-    dup2(in, 0);
-    dup2(out, 1);
-    dup2(err, 2);
+    for (int i = 0; i < 3; ++i)
+        dup2(files[i], i);
     for (const std::string& entry : options.environment)
         putenv(const_cast<char*>(entry.c_str()));
-    if (options.uid != static_cast<uid_t>(-1) &&
-        (setgroups(1, &options.gid) != 0 || setgid(options.gid) != 0 || setuid(options.uid) != 0))
-        _exit(126);
+    if (options.prepare)
+        options.prepare();
     execvp(argv[0], argv.data());
     _exit(127);
 }
 
-/// A file in memory, closed in the programs that are started.
-class MemoryFile {
-public:
-    MemoryFile() : file_(memfd_create("test", MFD_CLOEXEC)) {}
-    ~MemoryFile() { close(file_); }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-    operator int() const { return file_; }
-    std::string text() const
-    {
-        std::string text(static_cast<size_t>(lseek(file_, 0, SEEK_END)), '\0');
-        return pread(file_, text.data(), text.size(), 0) < 0 ? "" : text;
-    }
-
-private:
-    int file_;
-};
+/// Closes a file and gives all that it held.
+std::string take(int file)
+{
+    std::string text(static_cast<size_t>(lseek(file, 0, SEEK_END)), '\0');
+    bool done = pread(file, text.data(), text.size(), 0) >= 0;
+    close(file);
+    return done ? text : "";
+}
 
 } // namespace
 
 ProcessResult runProcess(const std::vector<std::string>& arguments, const ProcessOptions& options)
 {
-    MemoryFile in, out, err;
-    if (write(in, options.input.data(), options.input.size()) < 0 || lseek(in, 0, SEEK_SET) != 0)
+    int files[3];
+    for (int& file : files)
+        file = memfd_create("test", MFD_CLOEXEC);
+    bool fed = pwrite(files[0], options.input.data(), options.input.size(), 0) >= 0;
+    pid_t child = fed ? start(arguments, options, files) : -1;
+    if (child < 0)
         return {};
-    pid_t child = start(arguments, options, in, out, err);
     int waited = 0;
     rusage usage{};
-    bool ended = waitUntil([&] { return wait4(child, &waited, WNOHANG, &usage) == child; }, options.timeout);
-    if (!ended) {
+    if (!waitUntil([&] { return wait4(child, &waited, WNOHANG, &usage) == child; }, options.timeout)) {
         kill(child, SIGKILL);
         wait4(child, &waited, 0, &usage);
     }
-    return {WIFSIGNALED(waited) ? 128 + WTERMSIG(waited) : WEXITSTATUS(waited), !ended, usage.ru_maxrss,
-            out.text(), err.text()};
+    close(files[0]);
+    return {WIFSIGNALED(waited) ? 128 + WTERMSIG(waited) : WEXITSTATUS(waited), usage.ru_maxrss,
+            take(files[1]), take(files[2])};
 }
 
 BackgroundProcess::BackgroundProcess(const std::vector<std::string>& arguments, const std::string& log,
                                      const std::vector<std::string>& environment)
 {
-    int file = open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
     int none = open("/dev/null", O_RDONLY | O_CLOEXEC);
-    pid_ = start(arguments, {.environment = environment}, none, file, file);
-    close(file);
+    int file = open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+    pid_ = start(arguments, {.environment = environment}, {none, file, file});
     close(none);
-}
-
-BackgroundProcess::~BackgroundProcess()
-{
-    stop();
+    close(file);
 }
 
 bool BackgroundProcess::running() const
@@ -102,19 +81,11 @@ bool BackgroundProcess::running() const
 
 void BackgroundProcess::stop()
 {
-    if (pid_ <= 0)
-        return;
-    kill(pid_, SIGTERM);
-    if (waitUntil([this] { return !running(); }, std::chrono::seconds(5)))
-        return;
-    kill(pid_, SIGKILL);
-    waitpid(pid_, nullptr, 0);
-    pid_ = -1;
-}
-
-void sleepMilliseconds(int milliseconds)
-{
-    usleep(static_cast<useconds_t>(milliseconds) * 1000);
+    for (int number : {SIGTERM, SIGKILL})
+        if (running()) {
+            kill(pid_, number);
+            (void)waitUntil([this] { return !running(); }, std::chrono::seconds(5));
+        }
 }
 
 int freePort()

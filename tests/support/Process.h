@@ -1,14 +1,15 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <sys/types.h>
+#include <thread>
 #include <vector>
 
 /// What a finished child process left behind.
 struct ProcessResult {
-    int status = -1;        ///< exit status; 128 + signal when a signal ended it; -1 when it did not start
-    bool timedOut = false;  ///< it was killed because its time was up
+    int status = -1;        ///< exit status; 128 + signal when one ended it, SIGKILL when its time was up
     long peakKilobytes = 0; ///< the most memory it had resident at a time
     std::string out;
     std::string err;
@@ -18,8 +19,7 @@ struct ProcessOptions {
     std::string input;                    ///< what standard input holds
     std::vector<std::string> environment; ///< "NAME=value" entries, added to this process's own
     std::chrono::milliseconds timeout{30000};
-    uid_t uid = static_cast<uid_t>(-1); ///< run as this user (and his only group `gid`); needs root
-    gid_t gid = static_cast<gid_t>(-1);
+    std::function<void()> prepare; ///< called in the child, which then becomes the program
 };
 
 /// Runs `arguments` (the first is the program, searched in PATH) to its end.
@@ -31,7 +31,7 @@ public:
     /// Standard output and error go to `log`.
     BackgroundProcess(const std::vector<std::string>& arguments, const std::string& log,
                       const std::vector<std::string>& environment = {});
-    ~BackgroundProcess();
+    ~BackgroundProcess() { stop(); }
     BackgroundProcess(const BackgroundProcess&) = delete;
     BackgroundProcess& operator=(const BackgroundProcess&) = delete;
 
@@ -44,17 +44,14 @@ private:
     mutable pid_t pid_;
 };
 
+inline void sleepMilliseconds(int milliseconds)
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
 /// Polls `condition` every 2 ms until it is true (then true) or the time is up (then false).
 template <typename Condition>
-bool waitUntil(Condition condition, std::chrono::milliseconds timeout = std::chrono::seconds(10));
-
-void sleepMilliseconds(int milliseconds);
-
-/// A UDP or TCP port of 127.0.0.1 that was free a moment ago.
-int freePort();
-
-template <typename Condition>
-bool waitUntil(Condition condition, std::chrono::milliseconds timeout)
+bool waitUntil(Condition condition, std::chrono::milliseconds timeout = std::chrono::seconds(10))
 {
     auto end = std::chrono::steady_clock::now() + timeout;
     while (!condition()) {
@@ -64,3 +61,6 @@ bool waitUntil(Condition condition, std::chrono::milliseconds timeout)
     }
     return true;
 }
+
+/// A UDP or TCP port of 127.0.0.1 that was free a moment ago.
+int freePort();
