@@ -5,13 +5,11 @@
 #include "discovery/SpoolMerge.h"
 #include "discovery/SpoolTable.h"
 #include "profiles/HelperProtocol.h"
-#include "profiles/ProfileListOperations.h"
-#include "profiles/ProfileName.h"
+#include "profiles/ListFixture.h"
 #include "support/DriverRoot.h"
 #include "support/SimulatedPrinter.h"
 
 #include <cstring>
-#include <gtest/gtest.h>
 #include <random>
 #include <sched.h>
 
@@ -78,29 +76,17 @@ protected:
             ++count;
         return count;
     }
-    static ProfileRecord record(const std::string& fileName, int32_t inMenu, int32_t indexOnDevice = 7)
-    {
-        ProfileRecord made{indexOnDevice, inMenu, 2, {}, {}, kOnDisk, 0};
-        setNameText(made.FileName, fileName);
-        setNameText(made.ProfileName, "stored " + fileName);
-        return made;
-    }
     /// All three lists hold these from here on.
     static void store(const std::vector<ProfileRecord>& records)
     {
-        auto list = std::make_unique<ProfileList>();
-        std::copy(records.begin(), records.end(), list->records);
-        list->iNum = static_cast<int32_t>(records.size());
-        ASSERT_EQ(VelPListWriteProfile_All(list.get(), list.get(), list.get()), 0);
+        const ProfileList list = listOf(records);
+        ASSERT_EQ(VelPListWriteProfile_All(&list, &list, &list), 0);
     }
-    /// The file names and codes of the list as it is stored now, "A.ICC 2, B.ICC 4, ".
-    std::string codes(ProfileListIndex index)
+    /// The codes and file names of the list as it is stored now.
+    std::string stored(ProfileListIndex index)
     {
         EXPECT_EQ(VelPListReadProfile_All(&lists_[kRgbList], &lists_[kSimList], &lists_[kDstList]), 0);
-        std::string text;
-        for (const ProfileRecord* each = lists_[index].records; each->FileName[0] != '\0'; ++each)
-            text += std::string(nameText(each->FileName)) + " " + std::to_string(each->InMenu) + ", ";
-        return text;
+        return slots(lists_[index], lists_[index].iNum);
     }
 
     DriverRoot root_;
@@ -124,7 +110,7 @@ TEST_F(Discovery, SpoolsEveryColumnAndStartsCleanEachTime)
     EXPECT_EQ(asked("GET"), 1) << "of the root, which only the first walk was to include";
 }
 
-TEST_F(Discovery, TakesOfAnObjectOnlyWhatFitsItsColumn)
+TEST_F(Discovery, TakesOfAnObjectOnlyWhatFitsItsColumnAndTouchesNoRowButItsOwn)
 {
     const Words values = {"i 9", "s TEXT", "u 9", "c 9", "t 9", "a 127.0.0.1", "o 1.3.6"};
     std::string table;
@@ -132,24 +118,16 @@ TEST_F(Discovery, TakesOfAnObjectOnlyWhatFitsItsColumn)
         for (size_t row = 1; row <= values.size(); ++row)
             table += "object " + std::to_string(column) + ".1." + std::to_string(row) + " " +
                      values[row - 1] + "\n";
-    ASSERT_EQ(walk(table), 0);
+    for (std::string stray :
+         {"1", "1.1", "1.1.0", "1.1.501", "1.1.4294967295", "1.1.2147483648", "8.1.500", "4294967295.1.1"})
+        table += "object " + stray + " i 9\n";
+    ASSERT_EQ(walk(table + "object 1.4294967295.499 i 9\nobject 1.4294967295.500.4 i 9\n"), 0);
     auto expected = std::make_unique<ProfileList>();
     expected->records[0] = {9, 0, 9, {}, {}, 9, 9};
     expected->records[1] = {0, 0, 0, "TEXT", "TEXT", 0, 0};
-    expected->iNum = 1; // rows are counted by the integers of column 1
+    expected->records[498].IndexOnDevice = expected->records[499].IndexOnDevice = 9;
+    expected->iNum = 3; // rows are counted by the integers of column 1
     EXPECT_EQ(memcmp(&PlistForSpool, expected.get(), sizeof PlistForSpool), 0);
-}
-
-TEST_F(Discovery, TouchesNoRowButTheObjectsOwn)
-{
-    std::string strays;
-    for (std::string name : {"1", "1.1", "1.1.0", "1.1.501", "1.1.4294967295", "1.1.2147483648", "0.1.1",
-                             "8.1.500", "4294967295.1.1"})
-        strays += "object " + name + " i 9\n";
-    EXPECT_EQ(walk(strays), 0);
-    EXPECT_EQ(memcmp(&PlistForSpool, std::make_unique<ProfileList>().get(), sizeof PlistForSpool), 0);
-    EXPECT_EQ(walk("object 1.4294967295.499 i 9\nobject 1.4294967295.500.4 i 9\n"), 0);
-    EXPECT_EQ(PlistForSpool.records[498].IndexOnDevice + PlistForSpool.records[499].IndexOnDevice, 18);
     for (size_t length : {0, 31, 32, 33, 2000}) {
         EXPECT_EQ(walk("object 3.1.1 s " + std::string(length, 'p') + "\nobject 4.1.1 x \"41 00 42\"\n"), 0);
         EXPECT_EQ(nameText(PlistForSpool.records[0].ProfileName),
@@ -315,27 +293,30 @@ TEST_F(Discovery, TakesEveryCodeThroughTheTableOfTransitions)
         }
         if (code == 0)
             continue;
-        before.push_back(record("HERE" + std::to_string(code), code));
-        before.push_back(record("GONE" + std::to_string(code), code));
+        before.push_back(record(code, "HERE" + std::to_string(code)));
+        before.push_back(record(code, "GONE" + std::to_string(code)));
         table += row(code, "HERE" + std::to_string(code));
     }
     store(before);
     EXPECT_EQ(walk(table), 0);
     // Listed entries that are gone count as registered by hand from here on.
-    EXPECT_EQ(codes(kRgbList), "HERE1 2, GONE1 1, HERE2 2, GONE2 1, HERE3 4, GONE3 6, "
-                               "HERE4 4, GONE4 6, HERE5 2, GONE5 5, HERE6 4, GONE6 6, ");
-    EXPECT_STREQ(lists_[kRgbList].records[0].ProfileName, "stored HERE1") << "nothing else is updated";
+    EXPECT_EQ(stored(kRgbList), "2 HERE1, 1 GONE1, 2 HERE2, 1 GONE2, 4 HERE3, 6 GONE3, "
+                                "4 HERE4, 6 GONE4, 2 HERE5, 5 GONE5, 4 HERE6, 6 GONE6, ");
+    EXPECT_STREQ(lists_[kRgbList].records[0].ProfileName, "Profile 1") << "nothing else is updated";
     // All columns that matter are read when the agent begins to fail. A row does not revive an entry that the
     // failure freed, and what is ticked survives.
     store(before);
     EXPECT_EQ(walk(table, {"--fault", "error:5", "--fault-after", "32"}), 2);
-    EXPECT_EQ(codes(kRgbList), "HERE3 4, GONE3 6, HERE4 4, GONE4 6, HERE5 2, GONE5 5, HERE6 4, GONE6 6, ");
+    EXPECT_EQ(stored(kRgbList), "4 HERE3, 6 GONE3, 4 HERE4, 6 GONE4, 2 HERE5, 5 GONE5, 4 HERE6, 6 GONE6, ");
 }
 
 TEST_F(Discovery, FilesRowsByClassLocationAndName)
 {
-    store({record("NO GOOD.ICC", kByHandListed), record("KEPT.ICC", kByHandListed),
-           record("OLD.ICC", kGoneHidden, 0), record("LISTED.ICC", kGoneListed, 0)});
+    std::vector<ProfileRecord> before = {record(kByHandListed, "NO GOOD.ICC"),
+                                         record(kByHandListed, "KEPT.ICC"), record(kGoneHidden, "OLD.ICC"),
+                                         record(kGoneListed, "LISTED.ICC")};
+    before[2].IndexOnDevice = before[3].IndexOnDevice = 0;
+    store(before);
     EXPECT_EQ(walk(row(1, "ONE.ICC", 1) + row(2, "TWO.ICC", 2, kOnCard) + row(3, "LISTED.ICC", 3) +
                    row(4, "FOUR.ICC", 4) + row(5, "MEMORY.ICC", 1, 1) + row(6, "BAD NAME.ICC", 1) +
                    row(7, "KEPT.ICC", 1) + row(8, "KEPT.ICC", 3) + row(9, "KEPT.ICC", 1, kOnCard) +
@@ -343,17 +324,17 @@ TEST_F(Discovery, FilesRowsByClassLocationAndName)
                    "object 1.1.12 i 0\nobject 3.1.1 x \"ff fe 01 3c 26 3e\"\n"),
               0);
     // Entries without an index on the device are cleaned away, though just found, or counted as by hand.
-    EXPECT_EQ(codes(kRgbList), "KEPT.ICC 4, LISTED.ICC 6, ONE.ICC 2, TWO.ICC 2, KEPT.ICC 2, ");
+    EXPECT_EQ(stored(kRgbList), "4 KEPT.ICC, 6 LISTED.ICC, 2 ONE.ICC, 2 TWO.ICC, 2 KEPT.ICC, ");
     for (ProfileListIndex index : {kSimList, kDstList})
-        EXPECT_EQ(codes(index), "LISTED.ICC 2, KEPT.ICC 4, LISTED.ICC 6, ")
+        EXPECT_EQ(stored(index), "2 LISTED.ICC, 4 KEPT.ICC, 6 LISTED.ICC, ")
             << "the last stood behind the gap of a bad name, so it joined again";
 }
 
 TEST_F(Discovery, DropsATableThatFindsTheListsFull)
 {
     std::vector<ProfileRecord> full;
-    for (int i = 1; i <= kProfileSlots; ++i)
-        full.push_back(record("HAND" + std::to_string(i) + ".ICC", kByHandListed));
+    while (full.size() < kProfileSlots)
+        full.push_back(record(kByHandListed, "HAND" + std::to_string(full.size())));
     store(full);
     const std::string before = readFile(currentListPath());
     EXPECT_EQ(walk(rows(kProfileSlots)), 0);
@@ -361,7 +342,7 @@ TEST_F(Discovery, DropsATableThatFindsTheListsFull)
     store({});
     PlistForSpool.iNum = 9999; // a table that repeats rows counts more than there are
     EXPECT_EQ(vRestructPlistSpool2Current(1), 0);
-    EXPECT_NE(codes(kDstList).find("FILE500.ICC 2"), std::string::npos);
+    EXPECT_NE(stored(kDstList).find("2 FILE500.ICC"), std::string::npos);
     EXPECT_EQ(lists_[kRgbList].iNum, 333);
     EXPECT_EQ(lists_[kDstList].iNum, 167);
 }

@@ -1,6 +1,8 @@
-// What the walks of the printer's table do not show: what net-snmp's own commands get, and what it refuses.
+// What the walks of the printer's table do not show: what net-snmp's own commands get, what the printer
+// refuses, and that its PPD keeps to the format.
 #include "support/SimulatedPrinter.h"
 
+#include <cups/ppd.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -31,8 +33,9 @@ const char* const kTwoProfilesWalked = "1\n2\n4\n5\n\"42 C3 BC 72 6F \"\n\"Coate
 
 TEST(SimulatedPrinter, ServesTheProfilesOfItsFileColumnByColumn)
 {
-    SimulatedPrinter printer(kTwoProfiles);
+    SimulatedPrinter printer(kTwoProfiles), other("", {"--community", "other"});
     EXPECT_EQ(ask(printer, "snmpwalk", ""), kTwoProfilesWalked) << printer.log();
+    EXPECT_EQ(ask(other, "snmpwalk", "", "-c other"), "End of MIB\n");
     const char* const cases[][4] = {
         {"snmpget", ".7.1.1", "", "-7\n"},           {"snmpget", ".1.1.3", "", "noSuchName"},
         {"snmpgetnext", ".7.1.2", "", "noSuchName"}, {"snmpset", ".1.1.1 i 5", "", "noSuchName"},
@@ -49,11 +52,7 @@ TEST(SimulatedPrinter, ServesTheProfilesOfItsFileColumnByColumn)
 
 TEST(SimulatedPrinter, SaysWhatItDoesNotTake)
 {
-    const struct {
-        const char* table;
-        Words options;
-        const char* message;
-    } cases[] = {
+    const std::tuple<const char*, Words, const char*> cases[] = {
         {"\n# fine\nprofil 1", {}, "/table:3: a line begins with \"profile\" or \"object\", not with"},
         {"profile x", {}, "/table:1: the row is not a number in range: x"},
         {"profile 1 4 \"Name\" \"FILE", {}, "/table:1: the file name has no closing quote"},
@@ -63,9 +62,22 @@ TEST(SimulatedPrinter, SaysWhatItDoesNotTake)
         {"", {"--fault", "error"}, "fault error: it takes a value"},
         {"", {"another table"}, "another table"},
     };
-    for (const auto& c : cases) {
-        SimulatedPrinter refused(c.table, c.options);
-        EXPECT_FALSE(refused.running()) << c.message;
-        EXPECT_NE(refused.log().find(c.message), std::string::npos) << c.message << "\n" << refused.log();
+    for (const auto& [table, options, message] : cases) {
+        SimulatedPrinter refused(table, options);
+        EXPECT_FALSE(refused.running()) << message;
+        EXPECT_NE(refused.log().find(message), std::string::npos) << message << "\n" << refused.log();
     }
+}
+
+TEST(SamplePpd, KeepsToTheFormatInAllItsLanguagesAndConflictsOnlyWhereTheUserMakesIt)
+{
+    const char* const file = PDE_SOURCE_DIR "/printer/R4270.ppd";
+    // The tool also looks for every text in every language of the file.
+    const ProcessResult result = runProcess({"cupstestppd", "-v", file});
+    EXPECT_TRUE(result.status == 0 && result.out.find("WARN") == std::string::npos) << result.out;
+    ppd_file_t* ppd = ppdOpenFile(file);
+    ppdMarkDefaults(ppd);
+    EXPECT_EQ(ppdMarkOption(ppd, "VelSimSource", "SWOP"), 0);
+    EXPECT_GT(ppdMarkOption(ppd, "VelColorAsGray", "True"), 0);
+    ppdClose(ppd);
 }

@@ -8,17 +8,12 @@
 #include "support/Sandbox.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
-#include <string>
-#include <vector>
 
 /// The driver's files below a scratch root, with lists that start zeroed.
 class ListFixture : public testing::Test {
 protected:
-    ListFixture() : root("PDE_ROOT", sandbox.path().string()), lists(std::make_unique<ProfileList[]>(3)) {}
-
     void writeListFile(const std::string& text)
     {
         // A new file each time: writing over an old one waits for the disk.
@@ -26,22 +21,21 @@ protected:
         sandbox.write(std::filesystem::path(currentListPath()).lexically_relative(sandbox.path()), text);
     }
 
-    /// Puts a shell script where the helper belongs. It logs its arguments, one file each, before `answer`.
+    /// Puts a shell script where the helper belongs, which logs the `n`th call before `answer`.
     void installHelper(const std::string& answer)
     {
         std::filesystem::path program = helperExecutable();
         sandbox.write(program.lexically_relative(sandbox.path()),
-                      "#!/bin/sh\nprintf '%s\\n' \"$1\" >>\"$PDE_ROOT/commands\"\n"
-                      "n=$(wc -l <\"$PDE_ROOT/commands\")\n"
-                      "for a; do printf '%s|' \"$a\" >>\"$PDE_ROOT/arguments.$n\"; done\n" +
+                      "#!/bin/sh\necho \"$1\" >>\"$PDE_ROOT/commands\"\nn=$(wc -l <\"$PDE_ROOT/commands\")\n"
+                      "echo \"$(printf '%s|' \"$@\")\" >>\"$PDE_ROOT/calls\"\n" +
                           answer + "\n");
         std::filesystem::permissions(program, std::filesystem::perms(0755));
     }
 
-    /// The names of the commands so far, a line each.
+    /// The names of the commands so far, and the commands with their arguments, each followed by "|": a line
+    /// each.
     std::string commands() const { return readFile(sandbox / "commands"); }
-    /// The arguments of the `n`th command (from 1), each followed by "|".
-    std::string arguments(int n) const { return readFile(sandbox / ("arguments." + std::to_string(n))); }
+    std::string calls() const { return readFile(sandbox / "calls"); }
 
     int32_t readAll() { return VelPListReadProfile_All(&rgb(), &sim(), &dst()); }
     ProfileList& rgb() { return lists[kRgbList]; }
@@ -49,8 +43,8 @@ protected:
     ProfileList& dst() { return lists[kDstList]; }
 
     Sandbox sandbox;
-    ScopedVariable root;
-    std::unique_ptr<ProfileList[]> lists;
+    ScopedVariable root{"PDE_ROOT", sandbox.path()};
+    std::unique_ptr<ProfileList[]> lists = std::make_unique<ProfileList[]>(kProfileListCount);
 };
 
 inline const char kSayTrue[] = "echo \"$1=TRUE\"";
@@ -73,18 +67,11 @@ inline ProfileList listOf(const std::vector<ProfileRecord>& records)
     return list;
 }
 
-inline std::vector<int32_t> codes(const ProfileList& list, int count)
+/// The codes and file names of the first `count` slots, "3 a.icc, 0 , ".
+inline std::string slots(const ProfileList& list, int count)
 {
-    std::vector<int32_t> result;
-    std::transform(list.records, list.records + count, std::back_inserter(result),
-                   [](const ProfileRecord& one) { return one.InMenu; });
-    return result;
-}
-
-/// The text of a list file in which `xml` stands in place of the first value of `key`.
-inline std::string fileWith(const std::string& key, const std::string& xml, const ProfileList& rgb = {})
-{
-    std::string text = listFileText(rgb, {}, {});
-    size_t at = text.find("<key>" + key + "</key>\n") + key.size() + 12;
-    return text.replace(at, text.find('\n', at) - at, xml);
+    std::string text;
+    for (const ProfileRecord& one : std::vector(list.records, list.records + count))
+        text += std::to_string(one.InMenu) + " " + std::string(nameText(one.FileName)) + ", ";
+    return text;
 }

@@ -8,17 +8,13 @@ namespace {
 
 class ProfileListOperations : public ListFixture {
 protected:
-    /// Names and codes of the first list after a walk found `fresh` and the user had deleted `deleted`.
-    std::string mapped(const ProfileList& fresh, const ProfileList& deleted = {})
+    /// The first list after a walk found `fresh` and the user had deleted `deleted`.
+    static std::string mapped(const ProfileList& fresh, const ProfileList& deleted = {})
     {
         ProfileList out[3] = {}, none{};
         VelPListMappingProfile_All_Pap(&fresh, &none, &none, &out[0], &out[1], &out[2], &deleted, &none,
                                        &none);
-        std::string text;
-        for (int i = 0; i < out[0].iNum; ++i)
-            text += std::string(nameText(out[0].records[i].FileName)) + ":" +
-                    std::to_string(out[0].records[i].InMenu) + " ";
-        return text;
+        return slots(out[0], out[0].iNum);
     }
 };
 
@@ -44,48 +40,45 @@ TEST_F(ProfileListOperations, AMissingPartFailsWhereItIsRequired)
 
 TEST_F(ProfileListOperations, AQueueThatCannotBeWalkedHidesCode2AndKeepsItInFrontOfTheNewList)
 {
-    std::vector<ProfileRecord> records;
-    for (int32_t code : {4, 2, 6})
-        records.push_back(record(code, "f" + std::to_string(records.size()) + ".icc"));
-    writeListFile(listFileText(listOf(records), {}, {}));
+    writeListFile(listFileText(listOf({record(4, "a"), record(2, "b"), record(6, "c")}), {}, {}));
     ASSERT_EQ(VelPListReadProfile_Dict_Pap(&rgb(), kRgbList), 0);
-    EXPECT_EQ(codes(rgb(), 3), (std::vector<int32_t>{6, 6, 0}));
+    EXPECT_EQ(slots(rgb(), 3), "6 a, 6 c, 0 , ");
     EXPECT_EQ(rgb().iNum, 2);
-    EXPECT_EQ(mapped(rgb()), "f1.icc:2 f0.icc:6 f2.icc:6 ");
-    const ProfileList withoutFirst = listOf({rgb().records[1]});
-    EXPECT_EQ(mapped(withoutFirst, listOf({rgb().records[0]})), "f1.icc:2 f2.icc:6 ");
-    EXPECT_EQ(mapped(withoutFirst), "f0.icc:4 f1.icc:2 f2.icc:6 ") << "not deleted: comes back";
-    ProfileRecord elsewhere = rgb().records[0];
-    elsewhere.Location = kOnCard;
-    EXPECT_EQ(mapped(listOf({elsewhere})), "f0.icc:4 f1.icc:2 f0.icc:6 ") << "another location";
-
+    const ProfileRecord shown = rgb().records[0], elsewhere = record(6, "a", kOnCard);
+    const ProfileList without = listOf({rgb().records[1]});
+    const std::tuple<ProfileList, ProfileList, const char*> rows[] = {
+        {rgb(), {}, "2 b, 6 a, 6 c, "},
+        {without, listOf({shown}), "2 b, 6 c, "},
+        {without, {}, "4 a, 2 b, 6 c, "}, // not deleted: comes back
+        {listOf({elsewhere}), {}, "4 a, 2 b, 6 a, "},
+    };
+    for (const auto& [fresh, deleted, expected] : rows)
+        EXPECT_EQ(mapped(fresh, deleted), expected);
     ProfileList full = listOf(std::vector(kProfileSlots - 1, record(2, "old")));
     VelPListMapping_Pap(&rgb(), &full, &sim(), &dst());
     EXPECT_EQ(sim().iNum, kProfileSlots);
-    EXPECT_EQ(nameText(sim().records[499].FileName), "f0.icc");
+    EXPECT_EQ(nameText(sim().records[499].FileName), "a");
 }
 
 TEST_F(ProfileListOperations, TheStepsOfTheMergeCleanPadAndSalvage)
 {
     ProfileList& list = rgb();
-    for (int32_t code = 0; code <= 6; ++code) {
-        list.records[code] = record(code);
-        list.records[code].IndexOnDevice = 0;
-    }
-    list.records[499] = record(3);
+    for (int32_t code = 0; code <= 6; ++code)
+        list.records[code] = {0, code, 2, "n", {}, kOnDisk, 3};
+    list.records[499] = record(3, "last");
     list.iNum = 8;
     VelPListCleanProfile_Dict(&list);
-    EXPECT_EQ(codes(list, 7), (std::vector<int32_t>{0, 0, 0, 3, 3, 0, 0}));
+    EXPECT_EQ(slots(list, 7), "0 , 0 , 0 , 3 n, 3 n, 0 , 0 , ");
     EXPECT_EQ(list.records[4].IndexOnDevice, 501);
     EXPECT_EQ(list.iNum, 3) << "each cleared record lowers the count, a free one with a name too";
     list.records[4].FileName[0] = '\0';
     VelPListPaddingProfile_Dict(&list);
-    EXPECT_EQ(codes(list, 4), (std::vector<int32_t>{3, 3, 3, 0}));
+    EXPECT_EQ(slots(list, 4), "3 n, 3 , 3 last, 0 , ");
     EXPECT_EQ(list.records[2].TableColumn7, 3) << "all seven fields move";
     const ProfileRecord freed{.ProfileClass = 2};
     EXPECT_EQ(memcmp(&list.records[499], &freed, sizeof freed), 0) << "but the class stays, too";
     VelPListSalvage_Dict(&list);
-    EXPECT_EQ(codes(list, 4), (std::vector<int32_t>{6, 3, 6, 0})) << "one without a file name is left";
+    EXPECT_EQ(slots(list, 4), "6 n, 3 , 6 last, 0 , ") << "one without a file name is left";
 }
 
 TEST_F(ProfileListOperations, ARefusedUserIsOnlyAskedAndCommandsCarryTheirParametersInOrder)
@@ -99,13 +92,12 @@ TEST_F(ProfileListOperations, ARefusedUserIsOnlyAskedAndCommandsCarryTheirParame
     EXPECT_EQ(VelPListRemove(1) + VelPListRemove(4), 0) << "other choices start nothing";
     VelPListSwapProfile(-2);
     EXPECT_EQ(VelPListExistProfile() + VelPListRemove(2) + VelPListRemove(3), 3);
-    const std::string current = currentListPath() + "|", previous = previousListPath() + "|";
-    for (int question : {1, 2, 3, 4, 5, 6, 7, 9, 11, 13})
-        EXPECT_EQ(arguments(question), "velPListIsAdminProfile_XPC|" + current);
-    EXPECT_EQ(arguments(8), "velPListSwapProfile_XPC|-2|" + current + previous);
-    EXPECT_EQ(arguments(10), "velPListExistProfile_XPC|" + current);
-    EXPECT_EQ(arguments(12), "velPListRemove_XPC|" + previous);
-    EXPECT_EQ(arguments(14), "velPListRemove_XPC|" + current);
+    const std::string current = currentListPath() + "|\n", asked = "velPListIsAdminProfile_XPC|" + current,
+                      paths = currentListPath() + "|" + previousListPath() + "|\n";
+    EXPECT_EQ(calls(), asked + asked + asked + asked + asked + asked + // refused
+                           asked + "velPListSwapProfile_XPC|-2|" + paths + asked +
+                           "velPListExistProfile_XPC|" + current + asked + "velPListRemove_XPC|" +
+                           previousListPath() + "|\n" + asked + "velPListRemove_XPC|" + current);
 }
 
 TEST(ProfileEdits, TickWithinThePairOfAState)
