@@ -11,28 +11,15 @@ namespace {
 constexpr char kNetworkQueue[] = "lpd://127.0.0.1/queue";
 constexpr char kUsbQueue[] = "usb://QUORVEX/R4270";
 
-ProfileRecord made(int32_t index, int32_t inMenu, const std::string& file, const std::string& name,
-                   int32_t location = kOnDisk, int32_t profileClass = 2)
+/// The count, and every slot in use.
+json shown(const ProfileList& list)
 {
-    ProfileRecord record{index, inMenu, profileClass, {}, {}, location, 0};
-    setNameText(record.FileName, file);
-    setNameText(record.ProfileName, name);
-    return record;
-}
-
-/// Every slot in use, one a line, behind the count.
-std::string shown(const ProfileList& list)
-{
-    std::string text = std::to_string(list.iNum) + "\n";
-    for (int slot = 0; slot < kProfileSlots; ++slot) {
-        const ProfileRecord& one = list.records[slot];
+    json all = {list.iNum};
+    for (const ProfileRecord& one : list.records)
         if (one.InMenu != 0)
-            text += std::to_string(slot) + ": " + std::to_string(one.IndexOnDevice) + "/" +
-                    std::to_string(one.InMenu) + "/" + std::to_string(one.ProfileClass) + "/" +
-                    nameText(one.FileName).data() + "/" + nameText(one.ProfileName).data() + "/" +
-                    std::to_string(one.Location) + "\n";
-    }
-    return text;
+            all.push_back({&one - list.records, one.IndexOnDevice, one.InMenu, one.ProfileClass,
+                           nameText(one.FileName).data(), nameText(one.ProfileName).data(), one.Location});
+    return all;
 }
 
 /// The window in the print dialog, with the helper in place and a list file of the test's own.
@@ -49,9 +36,15 @@ protected:
         fs::copy_file(PDE_SOURCE_DIR "/PDE_COL/Resources/fileExistqxR4270.icns", icon);
     }
 
-    void store(const ProfileList& first, const ProfileList& second = {}, const ProfileList& third = {})
+    void store(const std::vector<ProfileRecord>& records)
     {
-        ASSERT_EQ(VelPListWriteProfile_All(&first, &second, &third), 0);
+        writeListFile(listFileText(listOf(records), {}, {}));
+    }
+
+    void replaceHelper(const std::string& script)
+    {
+        fs::remove(helperExecutable());
+        installHelper(script);
     }
 
     /// A line of the script, and what the window should show after it ("" for anything).
@@ -95,99 +88,102 @@ protected:
         return text;
     }
 
-    void expectStored(const ProfileList& first, const ProfileList& third = {})
+    void expectStored(const std::vector<ProfileRecord>& first, const std::vector<ProfileRecord>& third = {})
     {
-        for (int i = 0; i < kProfileListCount; ++i)
-            lists[i] = {};
         ASSERT_EQ(readAll(), 0);
-        EXPECT_EQ(shown(rgb()), shown(first));
-        EXPECT_EQ(shown(sim()), shown(ProfileList{}));
-        EXPECT_EQ(shown(dst()), shown(third));
+        EXPECT_EQ(json({shown(rgb()), shown(sim()), shown(dst())}),
+                  json({shown(listOf(first)), shown({}), shown(listOf(third))}));
     }
 };
 
-const ProfileRecord kFound = made(1, kFoundListed, "found.icc", "On the printer", kOnCard, 1);
-const ProfileRecord kHidden = made(2, kFoundHidden, "hidden.icc", "Hidden");
-const ProfileRecord kByHand = made(503, kByHandListed, "byhand.icc", "By hand");
-const ProfileRecord kGone = made(4, kGoneListed, "gone.icc", "Gone");
+constexpr ProfileRecord kFound = {1, kFoundListed, 1, "found.icc", "On the printer", kOnCard, 0};
+constexpr ProfileRecord kHidden = {2, kFoundHidden, 2, "hidden.icc", "Hidden", kOnDisk, 0};
+constexpr ProfileRecord kByHand = {503, kByHandListed, 2, "byhand.icc", "By hand", kOnDisk, 0};
+constexpr ProfileRecord kGone = {4, kGoneListed, 2, "gone.icc", "Gone", kOnDisk, 0};
 
 } // namespace
 
 TEST_F(ProfileWindowTest, StoresWhatASessionDidAndKeepsTheChoicesMadeBeforeIt)
 {
-    store(listOf({kFound, kHidden, kByHand, kGone, made(5, kByHandHidden, "odd.icc", "Odd")}));
+    store({kFound, kHidden, kByHand, kGone, {5, kByHandHidden, 2, "odd.icc", "Odd", kOnDisk, 0}});
     // Reading cuts this name at 31 bytes, inside its last character: no text, rather than half a character.
     std::string cut = "<string>" + std::string(30, 'a') + "\u00FC</string>";
     writeListFile(std::regex_replace(readFile(currentListPath()), std::regex("<string>Odd</string>"), cut));
-    const std::vector<Step> steps = {
-        {"choose menu_tRGBSource 4", ""},
-        {"choose menu_iRGBSource 6", ""},
-        {"choose menu_tHalftone 3", ""},
-        {"press button_ManageProfile", ""},
-        {"row 4", "aedp 0 4 odd.icc||X+xx-"},
-        {"list 1", "ap 0 -1 ||"},
-        {"list 0", "ap 0 -1 ||X+xx-"},
-        // What is on the printer is not deleted, and keeps its file name.
-        {"row 0", "aep 0 0 found.icc|On the printer|X+xx-"},
-        {"press _editButton", "l 2 0 found.icc|On the printer|X+xx-"},
-        {"row 1", "l 2 0 found.icc|On the printer|X+xx-"},
-        {"type _profileNameEdit Renamed", "l 2 0 found.icc|Renamed|X+xx-"},
-        {"press _localOK", "ap 0 -1 ||X+xx-"},
-        // A name that another profile has leaves the edit open.
-        {"row 2", "aedp 0 2 byhand.icc|By hand|X+xx-"},
-        {"press _editButton", "lf 2 2 byhand.icc|By hand|X+xx-"},
-        {"type _fileNameEdit gone.icc", "lf 2 2 gone.icc|By hand|X+xx-"},
-        {"press _localOK", "lf 2 2 gone.icc|By hand|X+xx-"},
-        {"type _fileNameEdit byhand.icm", ""},
-        {"type _profileNameEdit ", "lf 2 2 byhand.icm||X+xx-"},
-        {"press _localOK", "ap 0 -1 ||X+xx-"},
-        {"press _addButton", "f 1 -1 ||X+xx-"},
-        {"type _fileNameEdit .", "f 1 -1 .||X+xx-"},
-        {"type _fileNameEdit new one@.icc", "lf 1 -1 newone.icc||X+xx-"},
-        {"type _profileNameEdit Größe + Proof", "lf 1 -1 newone.icc|Gre + Proof|X+xx-"},
-        {"press _localCancel", "ap 0 -1 ||X+xx-"},
-        // Only a usable name of a browsed file is taken.
-        {"press _addButton", ""},
-        {"browse-answer /somewhere else/first.icc", ""},
-        {"press _browse", "lf 1 -1 first.icc||X+xx-"},
-        {"browse-answer ", ""},
-        {"press _browse", "lf 1 -1 first.icc||X+xx-"},
-        {"browse-answer /somewhere/two.full.stops", ""},
-        {"press _browse", "f 1 -1 ||X+xx-"},
-        {"browse-answer /somewhere/long.extension-of-31-characters", ""},
-        {"press _browse", "lf 1 -1 long.extension-of-31-characters||X+xx-"},
-        {"press _localOK", "ap 0 -1 ||X+xx-x"},
-        {"tick 1", "aep 0 1 hidden.icc|Hidden|XXxx-x"},
-        {"tick 5", ""},
-        {"row 4", ""},
-        {"press _deleteButton", "ap 0 -1 ||XXxx-"},
-        {"row 3", "aedp 0 3 gone.icc|Gone|XXxx-"},
-        {"press _deleteButton", "ap 0 -1 ||XXx-"},
-        // Another list may have the same name.
-        {"list 2", ""},
-        {"press _addButton", ""},
-        {"type _fileNameEdit byhand.icm", ""},
-        {"press _localOK", "ap 0 -1 ||x"},
-        {"press window-ok", "closed"},
-        {"controls", ""},
-    };
-    const json controls = run(kNetworkQueue, steps).answers.back();
+    const json controls =
+        run(kNetworkQueue,
+            {
+                {"choose menu_tRGBSource 4", ""},
+                {"choose menu_iRGBSource 6", ""},
+                {"choose menu_tHalftone 3", ""},
+                {"press button_ManageProfile", ""},
+                {"row 4", "aedp 0 4 odd.icc||X+xx-"},
+                {"list 1", "ap 0 -1 ||"},
+                {"list 0", "ap 0 -1 ||X+xx-"},
+                // What is on the printer is not deleted, and keeps its file name.
+                {"row 0", "aep 0 0 found.icc|On the printer|X+xx-"},
+                {"press _editButton", "l 2 0 found.icc|On the printer|X+xx-"},
+                {"row 1", "l 2 0 found.icc|On the printer|X+xx-"},
+                {"type _profileNameEdit Renamed", "l 2 0 found.icc|Renamed|X+xx-"},
+                {"press _localOK", "ap 0 -1 ||X+xx-"},
+                // A name that another profile has leaves the edit open.
+                {"row 2", "aedp 0 2 byhand.icc|By hand|X+xx-"},
+                {"press _editButton", "lf 2 2 byhand.icc|By hand|X+xx-"},
+                {"type _fileNameEdit gone.icc", "lf 2 2 gone.icc|By hand|X+xx-"},
+                {"press _localOK", "lf 2 2 gone.icc|By hand|X+xx-"},
+                {"type _fileNameEdit byhand.icm", ""},
+                {"type _profileNameEdit ", "lf 2 2 byhand.icm||X+xx-"},
+                {"press _localOK", "ap 0 -1 ||X+xx-"},
+                {"press _addButton", "f 1 -1 ||X+xx-"},
+                {"type _fileNameEdit new one@.icc", "lf 1 -1 newone.icc||X+xx-"},
+                {"type _profileNameEdit Größe + Proof", "lf 1 -1 newone.icc|Gre + Proof|X+xx-"},
+                {"press _localCancel", "ap 0 -1 ||X+xx-"},
+                // Only a usable name of a browsed file is taken.
+                {"press _addButton", ""},
+                {"type _fileNameEdit a.icc", ""},
+                {"browse-answer /somewhere/two.full.stops", ""},
+                {"press _browse", "f 1 -1 ||X+xx-"},
+                {"browse-answer /some where/long.extension-of-31-characters", ""},
+                {"press _browse", ""},
+                {"browse-answer ", ""},
+                {"press _browse", "lf 1 -1 long.extension-of-31-characters||X+xx-"},
+                {"press _localOK", "ap 0 -1 ||X+xx-x"},
+                {"tick 1", "aep 0 1 hidden.icc|Hidden|XXxx-x"},
+                {"tick 5", ""},
+                {"row 4", ""},
+                {"press _deleteButton", "ap 0 -1 ||XXxx-"},
+                {"row 3", "aedp 0 3 gone.icc|Gone|XXxx-"},
+                {"press _deleteButton", "ap 0 -1 ||XXx-"},
+                // Another list may have the same name.
+                {"list 2", ""},
+                {"press _addButton", ""},
+                {"type _fileNameEdit byhand.icm", ""},
+                {"press _localOK", "ap 0 -1 ||x"},
+                {"press window-ok", "closed"},
+                {"controls", ""},
+            })
+            .answers.back();
     EXPECT_EQ(controlRow(controls, "menu_iRGBSource")["title"], "sRGB") << "its profile was deleted";
     EXPECT_EQ(controlRow(controls, "menu_tRGBSource")["title"], "found.icc(Renamed)Card");
     EXPECT_EQ(controlRow(controls, "menu_tHalftone")["value"], 3);
     EXPECT_EQ(controlRow(controls, "menu_iDestinationProfile")["items"].back(), "byhand.icm()Disk");
-    expectStored(
-        listOf({made(1, kFoundListed, "found.icc", "Renamed", kOnCard, 1),
-                made(2, kFoundListed, "hidden.icc", "Hidden"), made(503, kByHandListed, "byhand.icm", ""),
-                made(505, kByHandHidden, "long.extension-of-31-characters", "")}),
-        listOf({made(500, kByHandListed, "byhand.icm", "")}));
+    expectStored({{1, kFoundListed, 1, "found.icc", "Renamed", kOnCard, 0},
+                  {2, kFoundListed, 2, "hidden.icc", "Hidden", kOnDisk, 0},
+                  {503, kByHandListed, 2, "byhand.icm", "", kOnDisk, 0},
+                  {505, kByHandHidden, 2, "long.extension-of-31-characters", "", kOnDisk, 0}},
+                 {{500, kByHandListed, 2, "byhand.icm", "", kOnDisk, 0}});
 }
 
 TEST_F(ProfileWindowTest, ForgetsWhatWasCancelledAndKeepsThePrintersProfilesThatAUsbQueueCannotSee)
 {
-    store(listOf({kFound, kHidden, kByHand, made(6, kFoundListed, "second.icc", "Second")}));
+    // The last profile's name is no text, and so is not in the file.
+    store({kFound, kHidden, kByHand, {6, kFoundListed, 2, "second.icc", "\xff", kOnDisk, 0}});
     run(kUsbQueue, {{"press button_ManageProfile", ""},
-                    {"row 2", "aedp 0 2 second.icc|Second|xxx"},
+                    {"row 2", "aedp 0 2 second.icc||xxx"},
+                    {"press _editButton", ""},
+                    {"type _fileNameEdit hidden.icc", ""},
+                    {"type _profileNameEdit Name", ""},
+                    {"press _localOK", "ap 0 -1 ||xxx"},
+                    {"row 2", ""},
                     {"press _deleteButton", "ap 0 -1 ||xx"},
                     {"tick 1", ""},
                     {"press _addButton", "f 1 1 ||x-"},
@@ -200,14 +196,14 @@ TEST_F(ProfileWindowTest, ForgetsWhatWasCancelledAndKeepsThePrintersProfilesThat
                     {"type _fileNameEdit mine.icc", ""},
                     {"press _localOK", "ap 0 -1 ||xx"},
                     {"press window-ok", "closed"}});
-    expectStored(listOf({kHidden, made(1, kByHandListed, "mine.icc", "On the printer", kOnDisk, 1),
-                         made(6, kByHandListed, "second.icc", "Second")}));
+    expectStored({kHidden,
+                  {1, kByHandListed, 1, "mine.icc", "On the printer", kOnDisk, 0},
+                  {6, kByHandListed, 2, "second.icc", "", kOnDisk, 0}});
 }
 
 TEST_F(ProfileWindowTest, IsClosedAndNothingIsDiscoveredForAUserWhoMayNotManageTheLists)
 {
-    fs::remove(helperExecutable());
-    installHelper("echo \"$1=FALSE\"; exit 1");
+    replaceHelper("echo \"$1=FALSE\"; exit 1");
     DialogRun dialog = run(kNetworkQueue, {{"view", ""}, {"controls", ""}});
     EXPECT_EQ(controlRow(dialog[3], "button_ManageProfile")["enabled"], false);
     EXPECT_EQ(commands(), "velPListIsAdminProfile_XPC\nvelPListIsAdminProfile_XPC\n");
@@ -217,11 +213,10 @@ TEST_F(ProfileWindowTest, KeepsAFullListWhenNothingCanBeAddedAndTheHelperRefuses
 {
     std::vector<ProfileRecord> records;
     for (int i = 0; i < kProfileSlots; ++i)
-        records.push_back(made(i + 1, kByHandListed, "file" + std::to_string(i) + ".icc", ""));
-    store(listOf(records));
+        records.push_back(record(kByHandListed, "file" + std::to_string(i) + ".icc"));
+    store(records);
     std::string before = readFile(currentListPath()), rows(kProfileSlots, 'x');
-    fs::remove(helperExecutable());
-    installHelper(
+    replaceHelper(
         "[ \"$1\" = velPListIsAdminProfile_XPC ] && echo \"$1=TRUE\" || { echo \"$1=FALSE\"; exit 1; }");
     DialogRun dialog = run(kNetworkQueue, {{"press button_ManageProfile", ""},
                                            {"press _addButton", ""},
@@ -233,7 +228,8 @@ TEST_F(ProfileWindowTest, KeepsAFullListWhenNothingCanBeAddedAndTheHelperRefuses
                                            {"press window-ok", "closed"},
                                            {"controls", ""}});
     EXPECT_EQ(readFile(currentListPath()), before);
-    EXPECT_EQ(controlRow(dialog.answers.back(), "menu_iRGBSource")["items"].back(), "file499.icc()Disk");
+    EXPECT_EQ(controlRow(dialog.answers.back(), "menu_iRGBSource")["items"].back(),
+              "file499.icc(Profile 6)Disk");
 }
 
 TEST_F(ProfileWindowTest, NeedsNoMoreMemoryTheHundredthTime)
@@ -241,11 +237,13 @@ TEST_F(ProfileWindowTest, NeedsNoMoreMemoryTheHundredthTime)
 #if __has_feature(address_sanitizer)
     GTEST_SKIP() << "the sanitizer keeps freed memory";
 #endif
-    store(listOf({kFound, kHidden, kByHand, kGone}));
-    auto peakAfter = [this](int openings) {
+    store({kFound, kHidden, kByHand, kGone});
+    auto peakAfter = [this](int panels) {
         std::vector<Step> steps;
-        for (int i = 0; i < openings; ++i)
-            steps.insert(steps.end(), {{"press button_ManageProfile", ""}, {"press window-cancel", ""}});
+        for (int i = 0; i < panels; ++i)
+            for (const char* line : {"press button_ManageProfile", "press window-cancel", "summary", "save",
+                                     "terminate", "open", "restore"})
+                steps.push_back({line, ""});
         return run(kNetworkQueue, steps).process.peakKilobytes;
     };
     long few = peakAfter(10);
