@@ -16,21 +16,16 @@ constexpr off_t kLargestSettingsFile = off_t{4} * 1024 * 1024;
 constexpr int kDeepestSettings = 16; // a choice is in the third dictionary
 constexpr int kConnectMilliseconds = 1000;
 
-id failed(NSString** error, NSString* reason)
-{
-    if (error != nullptr)
-        *error = reason;
-    return nil;
-}
-
-NSString* text(NSString* format, ...) NS_FORMAT_FUNCTION(1, 2);
-NSString* text(NSString* format, ...)
+/// Nil, and the reason in `error`.
+id failed(NSString** error, NSString* format, ...) NS_FORMAT_FUNCTION(2, 3);
+id failed(NSString** error, NSString* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    NSString* result = [[[NSString alloc] initWithFormat:format arguments:arguments] autorelease];
+    if (error != nullptr)
+        *error = [[[NSString alloc] initWithFormat:format arguments:arguments] autorelease];
     va_end(arguments);
-    return result;
+    return nil;
 }
 
 /// Whether containers in `value` are nested so deep at the most.
@@ -106,15 +101,15 @@ NSMutableDictionary* valuesOf(PMPrintSettings handle)
     struct stat info;
     const char* file = [path fileSystemRepresentation];
     if (stat(file, &info) != 0)
-        return failed(error, text(@"%@: %s", path, strerror(errno)));
+        return failed(error, @"%@: %s", path, strerror(errno));
     if (!S_ISREG(info.st_mode) || info.st_size > kLargestSettingsFile)
-        return failed(error, text(@"%@: not a file of print settings", path));
+        return failed(error, @"%@: not a file of print settings", path);
     NSData* data = [NSData dataWithContentsOfFile:path];
     if (data == nil)
-        return failed(error, text(@"%@: cannot be read", path));
+        return failed(error, @"%@: cannot be read", path);
     // Only the XML form: the reader takes other bytes for older forms, some of which it cannot bear.
     if ([data length] == 0 || *static_cast<const char*>([data bytes]) != '<')
-        return failed(error, text(@"%@: not an XML property list", path));
+        return failed(error, @"%@: not an XML property list", path);
     NSDictionary* values = nil;
     @try {
         values = [NSPropertyListSerialization propertyListWithData:data
@@ -126,10 +121,10 @@ NSMutableDictionary* valuesOf(PMPrintSettings handle)
     }
     if (!isShallow(values, kDeepestSettings)) {
         [values retain]; // for ever: to free it would take more of the stack than there may be
-        return failed(error, text(@"%@: nested too deep", path));
+        return failed(error, @"%@: nested too deep", path);
     }
     if (![values isKindOfClass:[NSDictionary class]])
-        return failed(error, text(@"%@: does not hold a dictionary", path));
+        return failed(error, @"%@: does not hold a dictionary", path);
     return values;
 }
 
@@ -175,7 +170,7 @@ NSMutableDictionary* valuesOf(PMPrintSettings handle)
         ppd_status_t status = ppdLastError(&line);
         NSString* reason = [NSString stringWithUTF8String:ppdErrorString(status)];
         [self release];
-        return failed(error, text(@"%@, line %d: %@", ppdPath, line, reason));
+        return failed(error, @"%@, line %d: %@", ppdPath, line, reason);
     }
     ppdMarkDefaults(ppdFile_);
     return self;
@@ -187,7 +182,7 @@ NSMutableDictionary* valuesOf(PMPrintSettings handle)
                                   kConnectMilliseconds, nullptr);
     if (server == nullptr) {
         [self release];
-        return failed(error, text(@"The printing system (%s) does not answer", cupsServer()));
+        return failed(error, @"The printing system (%s) does not answer", cupsServer());
     }
     NSString* uri = nil;
     char ppdPath[1024] = "";
@@ -202,9 +197,10 @@ NSMutableDictionary* valuesOf(PMPrintSettings handle)
     httpClose(server);
     if (ppdPath[0] == '\0') {
         [self release];
-        return failed(error, destination == nullptr
-                                 ? text(@"There is no queue named %@", queue)
-                                 : text(@"The queue %@ has no PPD file, which this dialog needs", queue));
+        return failed(error,
+                      destination == nullptr ? @"There is no queue named %@"
+                                             : @"The queue %@ has no PPD file, which this dialog needs",
+                      queue);
     }
     self = [self initWithIdentifier:queue
                           deviceURI:uri
