@@ -84,6 +84,14 @@ void settleSignals()
     alarm(kDeadlineSeconds);
 }
 
+// With the id the system sets back whether a set-id program may be dumped, to what the machine has for all.
+bool actAs(uid_t user)
+{
+    bool acts = seteuid(user) == 0;
+    (void)prctl(PR_SET_DUMPABLE, 0); // cannot fail
+    return acts;
+}
+
 } // namespace
 
 bool settleProcess()
@@ -98,9 +106,7 @@ bool settleProcess()
         return false;
     settleSignals();
     umask(077);
-    if (chdir("/") != 0 || prctl(PR_SET_DUMPABLE, 0) != 0)
-        return false;
-    return seteuid(getuid()) == 0;
+    return chdir("/") == 0 && actAs(getuid());
 }
 
 bool hasOwnersRights()
@@ -110,13 +116,13 @@ bool hasOwnersRights()
 
 RootScope::RootScope()
 {
-    if (seteuid(privileged) != 0)
+    if (!actAs(privileged))
         _exit(1);
 }
 
 RootScope::~RootScope()
 {
-    if (seteuid(getuid()) != 0)
+    if (!actAs(getuid()))
         _exit(1);
 }
 
