@@ -101,9 +101,6 @@ TEST(Address, LeadsToTheProfilesOfThePrinter)
     SimulatedPrinter printer("profile 1 4 \"Office\" \"OFFICE.ICC\" 1\n",
                              {"--publish", "100% B\u00fcro v2.5"});
     ASSERT_TRUE(printer.says("announced as")) << printer.log();
-    Sandbox configuration;
-    configuration.write("snmp.conf", "defaultPort " + std::to_string(printer.port()) + "\n");
-    ScopedVariable readIt("SNMPCONFPATH", configuration.path());
     const std::pair<const char*, int> cases[] = {
         {"dnssd://100%25%20B%C3%BCro%20v2%2E5._pdl-datastream._tcp.local./?uuid=1", 1},
         {"mdns://100%25%20B%C3%BCro%20v2%2E5._pdl-datastream._tcp.local", 1},

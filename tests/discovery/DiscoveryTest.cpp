@@ -43,15 +43,9 @@ protected:
         words.insert(words.end(), {agent, kTable});
         return walkBy(words);
     }
-    /// Starts a printer at the port that net-snmp's configuration names from here on.
-    void startPrinter(const std::string& table, const Words& options = {})
-    {
-        printer_.emplace(table, options);
-        configuration_.write("snmp.conf", "retries 0\ndefaultPort " + std::to_string(printer_->port()));
-    }
     int walk(const std::string& table, const Words& printerOptions = {}, const Words& options = {})
     {
-        startPrinter(table, printerOptions);
+        printer_.emplace(table, printerOptions);
         return walkAt(printer_->address(), options);
     }
     static std::string row(int number, const std::string& fileName, int profileClass = 1,
@@ -90,8 +84,6 @@ protected:
     }
 
     DriverRoot root_;
-    Sandbox configuration_;
-    ScopedVariable readsConfiguration_{"SNMPCONFPATH", configuration_.path()};
     std::optional<SimulatedPrinter> printer_;
     std::unique_ptr<ProfileList[]> lists_ = std::make_unique<ProfileList[]>(kProfileListCount);
 };
@@ -213,7 +205,7 @@ TEST_F(Discovery, LooksAheadQuicklyButGently)
     steady_clock::duration taken[2];
     for (int window : {1, 8}) {
         walkWindow = window;
-        startPrinter(rows(50), {"--delay", "10"});
+        printer_.emplace(rows(50), Words{"--delay", "10"});
         const auto start = steady_clock::now();
         EXPECT_EQ(walkAt(printer_->address()), 0);
         taken[window / 8] = steady_clock::now() - start;
@@ -252,7 +244,7 @@ TEST_F(Discovery, RefusesWhatItCannotStartWith)
     EXPECT_EQ(walkBy({"snmpwalk", "-c", "vislaq", "-v", "1", "127.0.0.1", "no.such.name"}), 1);
     for (const char* silent : {"no-such-host.invalid", "0.0.0.0:9", "224.0.0.1:9", "127.255.255.255:9"})
         EXPECT_EQ(walkAt(silent, {"-t", "0.05"}), 1) << silent;
-    startPrinter("");
+    printer_.emplace("");
     EXPECT_EQ(walkBy({"snmpwalk", "-c", "vislaq", "-v", "1", printer_->address()}), 0);
     EXPECT_EQ(asked("GETNEXT .1.3.6.1.2.1"), 1);
 }
@@ -353,13 +345,13 @@ TEST_F(Discovery, SaysNothingButItsResultWhateverThePrinterSays)
     std::string value = "0a 6d 69 62 77 61 6c 6b 5f 58 50 43 3d 69 52 65 74 3d 37 37 0a";
     for (int i = 0; i < 30000; ++i)
         value += " 0a";
-    startPrinter("object ." + kTable + " x \"" + value + "\"\n");
+    printer_.emplace("object ." + kTable + " x \"" + value + "\"\n");
     Words command = walkCommand(loginName(), "127.0.0.1");
     command.insert(command.begin(), helperExecutable());
     EXPECT_EQ(runProcess(command).out, "mibwalk_XPC=iRet=0\n");
     EXPECT_EQ(asked("GET ." + kTable), 1) << "the root itself is printed";
-    printer_.reset();
-    EXPECT_EQ(runProcess(command).out, "mibwalk_XPC=iRet=1\n");
+    printer_.emplace("", Words{"--fault", "error:5"});
+    EXPECT_EQ(runProcess(command).out, "mibwalk_XPC=iRet=2\n");
 }
 
 TEST(ProfileFileName, KeepsToTheRule)

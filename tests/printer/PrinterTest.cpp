@@ -39,7 +39,7 @@ TEST(SimulatedPrinter, ServesTheProfilesOfItsFileColumnByColumn)
     const char* const cases[][4] = {
         {"snmpget", ".7.1.1", "", "-7\n"},           {"snmpget", ".1.1.3", "", "noSuchName"},
         {"snmpgetnext", ".7.1.2", "", "noSuchName"}, {"snmpset", ".1.1.1 i 5", "", "noSuchName"},
-        {"snmpget", ".1.1.1", "-v 2c", "Timeout"},   {"snmpget", ".1.1.1", "-c vislaq2", "Timeout"},
+        {"snmpget", ".1.1.1", "-v 2c", "Timeout"},   {"snmpget", ".1.1.1", "-c vislaQ", "Timeout"},
     };
     for (auto [command, object, options, answer] : cases)
         EXPECT_NE(ask(printer, command, object, options).find(answer), std::string::npos) << answer;

@@ -76,7 +76,8 @@ TEST_F(HelperChannel, TheHelperInheritsNothingItShouldNot)
     installHelper("ls /proc/$$/fd | tr '\\n' ' '; grep -E 'Sig(Blk|Ign)' /proc/$$/status | "
                   "tr -s '\\t\\n' ' '; tr '\\0' ' ' </proc/$$/environ; readlink /proc/$$/fd/0");
     ScopedVariable secret("PDE_TEST_SECRET", "secret");
-    const int inherited = open("/dev/null", O_RDONLY);
+    const int inherited = open("/proc/self/exe", O_RDONLY), input = dup(STDIN_FILENO);
+    dup2(inherited, STDIN_FILENO);
     sigset_t all, earlier;
     sigfillset(&all);
     sigprocmask(SIG_BLOCK, &all, &earlier);
@@ -84,6 +85,8 @@ TEST_F(HelperChannel, TheHelperInheritsNothingItShouldNot)
     std::string reply = helperReply({"c"}).value_or("");
     signal(SIGPIPE, pipeHandler);
     sigprocmask(SIG_SETMASK, &earlier, nullptr);
+    dup2(input, STDIN_FILENO);
+    close(input);
     close(inherited);
     auto has = [&](const char* words) { return reply.find(words) != std::string::npos; };
     EXPECT_TRUE(reply.starts_with("0 1 10 2 ")) << "10 is the script, opened by the shell: " << reply;

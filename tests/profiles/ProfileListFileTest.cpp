@@ -49,7 +49,13 @@ TEST_F(ProfileListFile, ValuesOfAnotherTypeOrSizeCountAsAbsentAndWhatLiesBehindA
         {"FileName0000", "<string>" + long31 + "x</string>", "2: 3 " + long31 + ", 0 , 4 c, "},
         {"FileName0000", "<string>\xFF</string>", ""},
         {"Location", "<integer>1</integer>", ""},
+        {"InMenu0001", "<array/>", "2: 3 a, 0 , 4 c, "},
+        {"InMenu0001", "<array><true/></array>", ""}, // one level too deep
     };
+    for (const char* other : {"InMenu001", "InMenu00001", "inmenu0001", "InMenu-001", "IndexOnDevice0001"})
+        EXPECT_EQ(
+            read(fileWith("InMenu0001", std::string("<true/><key>") + other + "</key><integer>5</integer>")),
+            "2: 3 a, 0 , 4 c, ");
     for (const auto& [key, xml, expected] : rows)
         EXPECT_EQ(read(fileWith(key, xml)), expected) << key << xml;
 }
@@ -67,12 +73,10 @@ TEST_F(ProfileListFile, ReadsBackWhatItWroteButForTheSeventhColumn)
     EXPECT_EQ(memcmp(&rgb(), &full, sizeof full), 0);
 }
 
-TEST_F(ProfileListFile, AFieldWithoutEntryIsLeftAsItWasAndOtherKeysAreNoSlots)
+TEST_F(ProfileListFile, AFieldWithoutEntryIsLeftAsItWasAndThereIsNoSlot500)
 {
     std::string text = fileWith("InMenu0001", "<integer>-1</integer>");
     text.replace(text.find("InMenu0001"), 10, "InMenu0500");
-    for (const char* key : {"InMenu0002", "inmenu0001", "InMenu-001"})
-        text.replace(text.find("IndexOnDevice00"), 17, key);
     text.replace(text.find("InMenu0000", text.find("<key>SIM")), 10, "InMenu9999");
     writeListFile(text.replace(text.find("FileName0000"), 12, "FileName"));
     rgb().records[0] = record(0, "before.icc");

@@ -6,7 +6,8 @@
 #include <csignal>
 #include <optional>
 
-/// r4270-printer on a free port of 127.0.0.1, serving a table of the test's own.
+/// r4270-printer on a free port of 127.0.0.1, serving a table of the test's own. As long as it lives net-snmp
+/// asks at its port.
 class SimulatedPrinter {
 public:
     /// Serves from here on, or has ended: log() tells why. `options` are the program's own.
@@ -15,12 +16,12 @@ public:
         std::vector<std::string> command = {PDE_BUILD_DIR "/printer/r4270-printer", "--verbose", "--port",
                                             std::to_string(port_), sandbox_.write("table", table)};
         command.insert(command.end(), options.begin(), options.end());
+        sandbox_.write("snmp.conf", "defaultPort " + std::to_string(port_) + "\n");
         process_.emplace(command, sandbox_ / "log");
         waitUntil([this] { return !running() || log().find("serving") != std::string::npos; });
     }
 
     bool running() const { return process_->running(); }
-    int port() const { return port_; }
     std::string address() const { return "127.0.0.1:" + std::to_string(port_); }
 
     /// Rewrites the table file and has it read again, up to the program's saying so or complaining.
@@ -43,6 +44,7 @@ public:
 
 private:
     Sandbox sandbox_;
+    ScopedVariable configuration_{"SNMPCONFPATH", sandbox_.path()};
     const int port_ = freePort();
     std::optional<BackgroundProcess> process_;
 };
