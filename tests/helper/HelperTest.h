@@ -78,13 +78,14 @@ public:
     {
         SCOPED_TRACE(::testing::PrintToString(program) + ::testing::PrintToString(arguments));
         // Without the folders' own times and the empty lock files.
-        const char script[] = R"(find "$0" ! -name '.R4270-[lw]*' -printf '\n%p %M %U:%G %l' \
-            ! -type d -printf ' %n %s %T@' -type f -exec cksum {} +)";
-        std::string before = runProcess({"sh", "-c", script, root / "Library"}).out;
+        const Strings tree = {"find",    root / "Library",   "!", "-name", ".R4270-[lw]*",
+                              "-printf", "\n%p %M %U:%G %l", "!", "-type", "d",
+                              "-printf", " %n %s %i %T@ %C@"};
+        std::string before = runProcess(tree).out;
         ProcessResult result = run(arguments);
         EXPECT_EQ(result.out, arguments[0] + "=FALSE\n") << result.err;
         EXPECT_EQ(result.status, 1);
-        EXPECT_EQ(runProcess({"sh", "-c", script, root / "Library"}).out, before);
+        EXPECT_EQ(runProcess(tree).out, before);
         return result.err;
     }
 
