@@ -83,16 +83,18 @@ protected:
         [[NSRunLoop currentRunLoop] addTimer:timer_ forMode:NSModalPanelRunLoopMode];
         std::string pages = home_.write("five.ps", "%!\nshowpage showpage showpage showpage showpage\n");
         ASSERT_EQ(runProcess({"ps2pdf", pages, file_}).status, 0);
-        open("Office");
+        ASSERT_EQ(open("Office"), "Office");
     }
 
-    void open(const std::string& queue)
+    /// The queue that a dialog opened now begins on.
+    std::string open(const std::string& queue)
     {
+        close();
         Options options{.plugin = PDE_BUILD_DIR "/R4270.plugin", .printer = queue, .files = {file_}};
         dialog_ = [[DialogController alloc] initWithOptions:options error:nullptr];
-        ASSERT_TRUE(dialog_ != nil);
         [dialog_ showPanel];
         awaitPanel();
+        return textOf([[[[dialog_ window] printers] selectedItem] representedObject]);
     }
 
     void awaitPanel()
@@ -113,14 +115,6 @@ protected:
         [[[dialog_ window] window] orderOut:nil];
         [dialog_ release];
         dialog_ = nil;
-    }
-
-    /// Opens the dialog anew. The queue that it shows then.
-    std::string reopened(const std::string& queue)
-    {
-        close();
-        open(queue);
-        return textOf([[[[dialog_ window] printers] selectedItem] representedObject]);
     }
 
     /// What windows said while `act` ran and a user pressed these buttons in them.
@@ -223,11 +217,7 @@ TEST_F(DialogActions, TakesWholeCopiesAndAscendingPages)
     }
     [[dialog_ window] setCopies:2 pageRanges:@"1-3, 5"];
     print({"Close"});
-    auto job = cups_.receivedJob(1);
-    ASSERT_TRUE(job) << cups_.log();
-    EXPECT_NE((" " + job->options + " ").find(" page-ranges=1-3,5 "), kNowhere) << job->options;
-    EXPECT_NE(job->data.find("numcopies(2)"), kNowhere);
-    EXPECT_EQ(jobState("Office", 1)->pages, 8) << "two copies of four";
+    EXPECT_TRUE(waitUntil([] { return jobState("Office", 1)->pages == 8; })) << "two copies of four pages";
 }
 
 TEST_F(DialogActions, KeepsTheChoicesOfEachPrinterAndPresetsForAllOfTheModel)
@@ -278,10 +268,10 @@ TEST_F(DialogActions, SumsUpWhatItPrintsAndRemembersWhatAPrinterWasUsedWith)
                                   "Copies in Order,Page by Page,"))
         << summary;
     print({"Print", "Close"});
-    EXPECT_EQ(reopened("Office"), "Office");
+    EXPECT_EQ(open("Office"), "Office");
     EXPECT_EQ(chosen(), "Photo Normal DuplexNoTumble 2");
     EXPECT_EQ([[dialog_ window] copies], 1);
-    reopened("Hall");
+    open("Hall");
     EXPECT_EQ(chosen(), "Document Normal  ");
 }
 
@@ -345,12 +335,12 @@ TEST_F(DialogActions, BeginsOnTheDefaultPrinterElseOnOneThatThePanelServes)
     ASSERT_TRUE(cups_.addQueue("Alien", other)) << cups_.problem();
     Sandbox temporary;
     ScopedVariable folder("TMPDIR", temporary.path().string());
-    EXPECT_EQ(reopened(""), "Hall");
+    EXPECT_EQ(open(""), "Hall");
     ASSERT_TRUE(cups_.administer({"/usr/sbin/lpadmin", "-d", "Office"})) << cups_.problem();
-    EXPECT_EQ(reopened(""), "Office");
+    EXPECT_EQ(open(""), "Office");
     EXPECT_TRUE(std::filesystem::is_empty(temporary.path())) << "a queue's PPD was left there";
     cups_.stop();
-    EXPECT_EQ(reopened(""), "") << "the sample printer";
+    EXPECT_EQ(open(""), "") << "the sample printer";
 }
 
 TEST(Appearance, StaysWhenTheUsersSettingsChange)

@@ -45,8 +45,7 @@ TEST(PrintDialog, AnswersWhatCannotBeDoneWithAnErrorAndGoesOn)
 TEST(PrintDialog, OpensABrokenPpdWithTheItemsThatAreLeft)
 {
     const std::string good = samplePpd(), halftones = "*CloseUI: *VelTextHalftone";
-    std::string many,
-        photo = "*VelQuickColor Photo/Photo:", oddPhoto = "*VelQuickColor Photo/Ph\x81\xff\xfeto:";
+    std::string many;
     for (int i = 0; i < 296; ++i)
         many += "*VelTextHalftone Extra" + std::to_string(i) + "/Extra " + std::to_string(i) + ": \"\"\n";
     struct {
@@ -59,8 +58,7 @@ TEST(PrintDialog, OpensABrokenPpdWithTheItemsThatAreLeft)
         {replaced(good, "*DefaultVelQuickColor: Document", "*DefaultVelQuickColor: Nowhere"),
          "menu_QuickColor", 4, -1},
         {replaced(good, halftones, many + halftones), "menu_tHalftone", 300, 2},
-        {replaced(replaced(good, ": ISOLatin1", ": UTF-8"), photo, oddPhoto), "menu_QuickColor", 4, 0},
-        {replaced(replaced(good, ": ISOLatin1", ": Klingon"), photo, oddPhoto), "menu_QuickColor", 4, 0},
+        {replaced(good, "Photo/Photo:", "Photo/Ph\x81\xff\xfeto:"), "menu_QuickColor", 4, 0},
     };
     const std::vector<std::string> session = {"open",    "view", "restore",      "controls", "settings",
                                               "summary", "save", "page summary", "job",      "terminate"};
