@@ -1,24 +1,17 @@
 #include "CupsPrinting.h"
 
-#include <cups/cups.h>
+#include <CupsServer.h>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <span>
 #include <system_error>
 #include <utility>
 
 namespace {
 
-constexpr int kConnectMilliseconds = 1000;
-
-struct CloseServer {
-    void operator()(http_t* server) const { httpClose(server); }
-};
 struct DeleteAnswer {
     void operator()(ipp_t* answer) const { ippDelete(answer); }
 };
-using Server = std::unique_ptr<http_t, CloseServer>;
 using Answer = std::unique_ptr<ipp_t, DeleteAnswer>;
 
 /// Options in the library's form.
@@ -41,12 +34,6 @@ private:
     cups_option_t* options_ = nullptr;
 };
 
-Server connect()
-{
-    return Server(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
-                               kConnectMilliseconds, nullptr));
-}
-
 /// Asks for all attributes of a queue, or of a job of it.
 Answer attributesOf(http_t* server, const std::string& queue, int job)
 {
@@ -63,26 +50,6 @@ Answer attributesOf(http_t* server, const std::string& queue, int job)
 int integerIn(const Answer& answer, const char* name)
 {
     return ippGetInteger(ippFindAttribute(answer.get(), name, IPP_TAG_ZERO), 0);
-}
-
-JobPhase phaseOf(int state)
-{
-    switch (state) {
-    case IPP_JSTATE_HELD:
-        return JobPhase::Held;
-    case IPP_JSTATE_PROCESSING:
-        return JobPhase::Printing;
-    case IPP_JSTATE_STOPPED:
-        return JobPhase::Stopped;
-    case IPP_JSTATE_CANCELED:
-        return JobPhase::Cancelled;
-    case IPP_JSTATE_ABORTED:
-        return JobPhase::Aborted;
-    case IPP_JSTATE_COMPLETED:
-        return JobPhase::Finished;
-    default:
-        return JobPhase::Waiting;
-    }
 }
 
 /// Why one of the files cannot be printed; "" when all can be read.
@@ -116,7 +83,7 @@ PrintQueue queueOf(const cups_dest_t& destination)
 
 std::optional<std::vector<PrintQueue>> printQueues()
 {
-    Server server = connect();
+    CupsServer server = connectToCups();
     if (!server)
         return std::nullopt;
     std::vector<PrintQueue> queues;
@@ -133,7 +100,7 @@ JobResult submitJob(const PrintJob& job)
 {
     if (std::string reason = unreadable(job.files); !reason.empty())
         return {0, reason};
-    Server server = connect();
+    CupsServer server = connectToCups();
     if (!server)
         return {0, std::string("The printing system (") + cupsServer() + ") does not answer"};
     std::vector<const char*> files;
@@ -149,13 +116,15 @@ JobResult submitJob(const PrintJob& job)
 
 std::optional<JobState> jobState(const std::string& queue, int id)
 {
-    Server server = connect();
+    CupsServer server = connectToCups();
     if (!server)
         return std::nullopt;
     Answer job = attributesOf(server.get(), queue, id);
+    if (cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND)
+        return JobState{.phase = JobPhase::Gone};
     if (ippFindAttribute(job.get(), "job-state", IPP_TAG_ENUM) == nullptr)
         return std::nullopt;
-    JobState state{.phase = phaseOf(integerIn(job, "job-state")),
+    JobState state{.phase = static_cast<JobPhase>(integerIn(job, "job-state")),
                    .pages = integerIn(job, "job-impressions-completed")};
     Answer printer = attributesOf(server.get(), queue, 0);
     ipp_attribute_t* reasons = ippFindAttribute(printer.get(), "printer-state-reasons", IPP_TAG_KEYWORD);
@@ -167,7 +136,7 @@ std::optional<JobState> jobState(const std::string& queue, int id)
 
 void cancelJob(const std::string& queue, int id)
 {
-    if (Server server = connect())
+    if (CupsServer server = connectToCups())
         (void)cupsCancelJob2(server.get(), queue.c_str(), id, 0);
 }
 

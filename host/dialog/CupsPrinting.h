@@ -38,7 +38,8 @@ struct JobResult {
 /// Sends the job; one of which a part cannot be sent is cancelled.
 JobResult submitJob(const PrintJob& job);
 
-enum class JobPhase { Waiting, Held, Printing, Stopped, Cancelled, Aborted, Finished };
+/// By IPP's numbers. A job that is gone has ended, and the server keeps no record of it.
+enum class JobPhase { Waiting = 3, Held, Printing, Stopped, Cancelled, Aborted, Finished, Gone };
 
 struct JobState {
     JobPhase phase = JobPhase::Waiting;
@@ -46,7 +47,7 @@ struct JobState {
     std::vector<std::string> printerReasons; ///< keywords of what keeps the printer; empty while it runs
 };
 
-/// Nothing when the server does not answer or knows no such job.
+/// Nothing when the server does not answer.
 std::optional<JobState> jobState(const std::string& queue, int id);
 
 /// A job that has ended stays as it is.

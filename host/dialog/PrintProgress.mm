@@ -4,6 +4,8 @@
 #include "CupsPrinting.h"
 #include "Text.h"
 
+#include <algorithm>
+
 static const CGFloat kWidth = 440, kHeight = 132, kMargin = 20;
 static const NSTimeInterval kStateInterval = 1.0;
 
@@ -30,30 +32,16 @@ static NSString* wordsFor(const std::string& keyword)
     return stringOf(keyword);
 }
 
-static NSString* textOfPhase(const JobState& state)
-{
-    switch (state.phase) {
-    case JobPhase::Waiting:
-        return localized(@"waiting");
-    case JobPhase::Held:
-        return localized(@"held");
-    case JobPhase::Printing:
-        return localized(@"printing");
-    case JobPhase::Stopped:
-        return localized(@"stopped");
-    case JobPhase::Cancelled:
-        return localized(@"cancelled");
-    case JobPhase::Aborted:
-        return localized(@"aborted by the printing system");
-    case JobPhase::Finished:
-        return localized(@"finished");
-    }
-    return @"";
-}
-
 static NSString* textOf(const JobState& state, int allPages)
 {
-    NSMutableArray* parts = [NSMutableArray arrayWithObject:textOfPhase(state)];
+    NSArray* phases = @[
+        localized(@"waiting"), localized(@"held"), localized(@"printing"), localized(@"stopped"),
+        localized(@"cancelled"), localized(@"aborted by the printing system"), localized(@"finished"),
+        localized(@"no longer on the server")
+    ];
+    auto phase = static_cast<NSUInteger>(state.phase) - static_cast<NSUInteger>(JobPhase::Waiting);
+    NSMutableArray* parts =
+        [NSMutableArray arrayWithObject:[phases objectAtIndex:std::min(phase, [phases count] - 1)]];
     // Sides that are left blank between the copies are counted by the server only.
     if (state.pages > 0 && allPages >= state.pages)
         [parts addObject:[NSString stringWithFormat:localized(@"page %d of %d"), state.pages, allPages]];

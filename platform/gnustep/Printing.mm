@@ -1,10 +1,10 @@
+#include <CupsServer.h>
 #include <PrintingObjects.h>
 
 #include <cerrno>
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
-#include <cups/cups.h>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
@@ -15,6 +15,7 @@ namespace {
 constexpr off_t kLargestSettingsFile = off_t{4} * 1024 * 1024;
 constexpr int kDeepestSettings = 16; // a choice is in the third dictionary
 constexpr int kConnectMilliseconds = 1000;
+constexpr double kSilentSeconds = 5;
 
 /// Nil, and the reason in `error`.
 id failed(NSString** error, NSString* format, ...) NS_FORMAT_FUNCTION(2, 3);
@@ -80,6 +81,16 @@ NSMutableDictionary* valuesOf(PMPrintSettings handle)
 }
 
 } // namespace
+
+CupsServer connectToCups()
+{
+    CupsServer server(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
+                                   kConnectMilliseconds, nullptr));
+    if (server)
+        httpSetTimeout(
+            server.get(), kSilentSeconds, [](http_t*, void*) { return 0; }, nullptr);
+    return server;
+}
 
 @implementation PMSettingsObject
 
@@ -178,23 +189,21 @@ NSMutableDictionary* valuesOf(PMPrintSettings handle)
 
 - (instancetype)initWithQueue:(NSString*)queue error:(NSString**)error
 {
-    http_t* server = httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
-                                  kConnectMilliseconds, nullptr);
-    if (server == nullptr) {
+    CupsServer server = connectToCups();
+    if (!server) {
         [self release];
         return failed(error, @"The printing system (%s) does not answer", cupsServer());
     }
     NSString* uri = nil;
     char ppdPath[1024] = "";
-    cups_dest_t* destination = cupsGetNamedDest(server, [queue UTF8String], nullptr);
+    cups_dest_t* destination = cupsGetNamedDest(server.get(), [queue UTF8String], nullptr);
     if (destination != nullptr) {
         const char* value = cupsGetOption("device-uri", destination->num_options, destination->options);
         uri = value != nullptr ? [NSString stringWithUTF8String:value] : nil;
         time_t anyVersion = 0;
-        cupsGetPPD3(server, [queue UTF8String], &anyVersion, ppdPath, sizeof ppdPath);
+        cupsGetPPD3(server.get(), [queue UTF8String], &anyVersion, ppdPath, sizeof ppdPath);
         cupsFreeDests(1, destination);
     }
-    httpClose(server);
     if (ppdPath[0] == '\0') {
         [self release];
         return failed(error,

@@ -321,7 +321,7 @@ TEST_F(DialogActions, SaysHowFarTheJobIsAndWhatKeepsItAndCancelsIt)
     std::string said = print({"Cancel Job", "Close"});
     EXPECT_NE(said.find("Job 1: waiting, 6 pages, the printer has stopped: paused"), kNowhere) << said;
     EXPECT_EQ(jobState("Office", 1)->phase, JobPhase::Cancelled);
-    EXPECT_FALSE(jobState("Office", 2)) << "one job, not two";
+    EXPECT_EQ(jobState("Office", 2)->phase, JobPhase::Gone) << "one job, not two";
     std::string late = "%!PS\n%%Pages: (atend)\n" + std::string(5000, '%') + "\n%%Trailer\n%%Pages: 7\n";
     std::string ps = home_.write("late.ps", late), text = home_.write("a.txt", "%%Pages: 3\n");
     EXPECT_EQ(sidesOfJob({.files = {file_, ps}, .options = {{"number-up", "2"}, {"page-ranges", "2-9"}}}), 5);
