@@ -13,65 +13,13 @@ static NSString* textOrKeyword(const char* text, const char* keyword)
     return [result length] > 0 ? result : [NSString stringWithUTF8String:keyword];
 }
 
-/// One option: a title and a pop-up whose items carry the choices' keywords.
-@interface PaperRow : NSObject
-{
-@public
-    NSString* keyword;
-    NSString* title;
-    NSString* group;
-    NSString* standard; ///< the choice keyword that holds when nothing is chosen
-    NSPopUpButton* popUp;
-}
-@end
-
-@implementation PaperRow
-
-- (instancetype)initWithKeyword:(NSString*)itsKeyword title:(NSString*)itsTitle group:(NSString*)itsGroup
-{
-    self = [super init];
-    keyword = [itsKeyword copy];
-    title = [itsTitle copy];
-    group = [itsGroup copy];
-    popUp = [makePopUp(NSMakeRect(0, 0, 260, 24), nil, nullptr) retain];
-    return self;
-}
-
-- (void)dealloc
-{
-    [keyword release];
-    [title release];
-    [group release];
-    [standard release];
-    [popUp release];
-    [super dealloc];
-}
-
 /// Straight into the menu: the pop-up keeps one item for a title, and two choices may be called alike.
-- (void)addChoice:(NSString*)choice title:(NSString*)itsTitle
+static void addChoice(const PaperRow& row, NSString* keyword, NSString* title)
 {
-    [[[popUp menu] addItemWithTitle:itsTitle action:nullptr keyEquivalent:@""] setRepresentedObject:choice];
+    [[[row.popUp menu] addItemWithTitle:title action:nullptr keyEquivalent:@""] setRepresentedObject:keyword];
 }
-
-- (void)select:(NSString*)choice
-{
-    NSInteger index = choice != nil ? [popUp indexOfItemWithRepresentedObject:choice] : -1;
-    [popUp selectItemAtIndex:index >= 0 ? index : [popUp indexOfItemWithRepresentedObject:standard]];
-}
-
-@end
 
 @implementation PaperPage
-
-- (PaperRow*)addRow:(NSString*)keyword title:(NSString*)title group:(NSString*)group
-{
-    PaperRow* row = [[[PaperRow alloc] initWithKeyword:keyword title:title group:group] autorelease];
-    [row->popUp setTag:static_cast<NSInteger>([rows_ count])];
-    [row->popUp setTarget:self];
-    [row->popUp setAction:@selector(choose:)];
-    [rows_ addObject:row];
-    return row;
-}
 
 /// Sizes typed in by the user are not offered, nor is what the other keyword of a paper size stands for.
 - (void)addGroup:(const ppd_group_t&)group claimed:(NSArray*)claimed
@@ -80,40 +28,40 @@ static NSString* textOrKeyword(const char* text, const char* keyword)
         return;
     for (int i = 0; i < group.num_options; ++i) {
         const ppd_option_t& option = group.options[i];
-        NSString* keyword = [NSString stringWithUTF8String:option.keyword];
-        if (option.ui == PPD_UI_PICKMANY || [keyword isEqual:@"PageRegion"] ||
-            [claimed containsObject:keyword])
+        if (option.ui == PPD_UI_PICKMANY || strcmp(option.keyword, "PageRegion") == 0 ||
+            [claimed containsObject:stringOf(option.keyword)])
             continue;
-        PaperRow* row = [self addRow:keyword
-                               title:textOrKeyword(option.text, option.keyword)
-                               group:textOrKeyword(group.text, group.name)];
-        row->standard = [[NSString stringWithUTF8String:option.defchoice] retain];
-        for (int c = 0; c < option.num_choices; ++c)
-            if (strcmp(option.choices[c].choice, "Custom") != 0)
-                [row addChoice:[NSString stringWithUTF8String:option.choices[c].choice]
-                         title:textOrKeyword(option.choices[c].text, option.choices[c].choice)];
+        rows_.push_back({option.keyword, textOf(textOrKeyword(option.text, option.keyword)),
+                         textOf(textOrKeyword(group.text, group.name)), option.defchoice,
+                         makePopUp(NSZeroRect, nil, nullptr)});
+        for (int c = 0; c < option.num_choices; ++c) {
+            const ppd_choice_t& choice = option.choices[c];
+            if (strcmp(choice.choice, "Custom") != 0)
+                addChoice(rows_.back(), stringOf(choice.choice), textOrKeyword(choice.text, choice.choice));
+        }
     }
 }
 
 - (void)addLayout
 {
     struct {
-        NSString *keyword, *title;
+        const char* keyword;
+        NSString* title;
         NSArray *choices, *titles;
     } const rows[] = {
-        {@"number-up", localized(@"Pages per Sheet"), @[ @"1", @"2", @"4", @"6", @"9", @"16" ], nil},
-        {@"outputorder", localized(@"Page Order"), @[ @"normal", @"reverse" ],
+        {"number-up", localized(@"Pages per Sheet"), @[ @"1", @"2", @"4", @"6", @"9", @"16" ], nil},
+        {"outputorder", localized(@"Page Order"), @[ @"normal", @"reverse" ],
          @[ localized(@"First to Last"), localized(@"Last to First") ]},
-        {@"multiple-document-handling", localized(@"Copies in Order"),
+        {"multiple-document-handling", localized(@"Copies in Order"),
          @[ @"separate-documents-uncollated-copies", @"separate-documents-collated-copies" ],
          @[ localized(@"Page by Page"), localized(@"Copy by Copy (Collated)") ]},
     };
     for (const auto& r : rows) {
-        PaperRow* row = [self addRow:r.keyword title:r.title group:localized(@"Layout")];
-        row->standard = [[r.choices objectAtIndex:0] retain];
+        rows_.push_back({r.keyword, textOf(r.title), textOf(localized(@"Layout")),
+                         textOf([r.choices objectAtIndex:0]), makePopUp(NSZeroRect, nil, nullptr)});
         for (NSUInteger i = 0; i < [r.choices count]; ++i)
-            [row addChoice:[r.choices objectAtIndex:i]
-                     title:[(r.titles != nil ? r.titles : r.choices) objectAtIndex:i]];
+            addChoice(rows_.back(), [r.choices objectAtIndex:i],
+                      [r.titles != nil ? r.titles : r.choices objectAtIndex:i]);
     }
 }
 
@@ -121,23 +69,22 @@ static NSString* textOrKeyword(const char* text, const char* keyword)
 - (void)layOutWithWidth:(CGFloat)width
 {
     NSView* content = [[[NSView alloc] initWithFrame:NSZeroRect] autorelease];
-    NSString* group = nil;
+    std::string group;
     CGFloat down = 8;
     NSMutableArray* parts = [NSMutableArray array];
-    for (PaperRow* row in rows_) {
-        if (![row->group isEqual:group]) {
-            group = row->group;
+    for (const PaperRow& row : rows_) {
+        if (row.group != group) {
+            group = row.group;
             NSRect frame = NSMakeRect(8, down, width - 16, 20);
-            NSTextField* heading = makeLabel(frame, group, NSLeftTextAlignment);
+            NSTextField* heading = makeLabel(frame, stringOf(group), NSLeftTextAlignment);
             [heading setFont:[NSFont boldSystemFontOfSize:12]];
             [parts addObject:heading];
             down += kHeading;
         }
         NSRect frame = NSMakeRect(kIndent, down + 3, width / 2 - kIndent - 8, 18);
-        [parts addObject:makeLabel(frame, [row->title stringByAppendingString:@":"], NSRightTextAlignment)];
-        [row->popUp setFrame:NSMakeRect(width / 2, down, width / 2 - 12, 24)];
-        [row select:nil];
-        [parts addObject:row->popUp];
+        [parts addObject:makeLabel(frame, stringOf(row.title + ":"), NSRightTextAlignment)];
+        [row.popUp setFrame:NSMakeRect(width / 2, down, width / 2 - 12, 24)];
+        [parts addObject:row.popUp];
         down += kRow;
     }
     [content setFrameSize:NSMakeSize(width, MAX(down, NSHeight([self frame]) - 4))];
@@ -157,13 +104,14 @@ static NSString* textOrKeyword(const char* text, const char* keyword)
                        action:(SEL)action
 {
     self = [super initWithFrame:frame];
-    rows_ = [[NSMutableArray alloc] init];
-    choices_ = [[NSMutableDictionary alloc] init];
-    target_ = target;
-    action_ = action;
     for (int i = 0; i < ppd->num_groups; ++i)
         [self addGroup:ppd->groups[i] claimed:claimed];
     [self addLayout];
+    for (const PaperRow& row : rows_) {
+        [row.popUp setTarget:target];
+        [row.popUp setAction:action];
+    }
+    [self setChoices:nil];
     [self setDrawsBackground:NO];
     [self setHasVerticalScroller:YES];
     [self setBorderType:NSBezelBorder];
@@ -171,47 +119,33 @@ static NSString* textOrKeyword(const char* text, const char* keyword)
     return self;
 }
 
-- (void)dealloc
-{
-    for (PaperRow* row in rows_)
-        [row->popUp setTarget:nil];
-    [rows_ release];
-    [choices_ release];
-    [super dealloc];
-}
-
-- (void)choose:(NSPopUpButton*)sender
-{
-    PaperRow* row = [rows_ objectAtIndex:static_cast<NSUInteger>([sender tag])];
-    NSString* choice = [[sender selectedItem] representedObject];
-    if ([choice isEqual:row->standard])
-        [choices_ removeObjectForKey:row->keyword];
-    else
-        [choices_ setObject:choice forKey:row->keyword];
-    [NSApp sendAction:action_ to:target_ from:self];
-}
-
 - (NSDictionary*)choices
 {
-    return [NSDictionary dictionaryWithDictionary:choices_];
+    NSMutableDictionary* choices = [NSMutableDictionary dictionary];
+    for (const PaperRow& row : rows_) {
+        NSString* choice = [[row.popUp selectedItem] representedObject];
+        if (textOf(choice) != row.standard)
+            [choices setValue:choice forKey:stringOf(row.keyword)];
+    }
+    return choices;
 }
 
 - (void)setChoices:(NSDictionary*)choices
 {
-    [choices_ removeAllObjects];
-    for (PaperRow* row in rows_) {
-        NSString* choice = [choices objectForKey:row->keyword];
-        [row select:choice];
-        if (choice != nil && [[[row->popUp selectedItem] representedObject] isEqual:choice])
-            [choices_ setObject:choice forKey:row->keyword];
+    for (const PaperRow& row : rows_) {
+        NSString* choice = [choices objectForKey:stringOf(row.keyword)];
+        NSInteger index = choice != nil ? [row.popUp indexOfItemWithRepresentedObject:choice] : -1;
+        if (index < 0)
+            index = [row.popUp indexOfItemWithRepresentedObject:stringOf(row.standard)];
+        [row.popUp selectItemAtIndex:index];
     }
 }
 
 - (NSArray*)summary
 {
     NSMutableArray* rows = [NSMutableArray array];
-    for (PaperRow* row in rows_)
-        [rows addObject:@[ row->title, [row->popUp titleOfSelectedItem] ]];
+    for (const PaperRow& row : rows_)
+        [rows addObject:@[ stringOf(row.title), [row.popUp titleOfSelectedItem] ]];
     return rows;
 }
 

@@ -6,7 +6,7 @@
 /// UTF-8; "" for nil.
 std::string textOf(NSString* string);
 
-/// Nil when the bytes are not UTF-8.
+/// What is not UTF-8 is taken for Latin-1.
 NSString* stringOf(const std::string& text);
 
 /// The dialog's own text in the user's language. The English one is the key.

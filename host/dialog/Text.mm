@@ -10,8 +10,11 @@ std::string textOf(NSString* string)
 
 NSString* stringOf(const std::string& text)
 {
-    return [[[NSString alloc] initWithBytes:text.data() length:text.size()
-                                   encoding:NSUTF8StringEncoding] autorelease];
+    NSString* result = nil;
+    for (NSStringEncoding encoding : {NSUTF8StringEncoding, NSISOLatin1StringEncoding})
+        if (result == nil)
+            result = [[NSString alloc] initWithBytes:text.data() length:text.size() encoding:encoding];
+    return [result autorelease];
 }
 
 NSString* localized(NSString* english)

@@ -132,8 +132,6 @@ std::string typeInto(id<PDEPanelProtocol> panel, const std::string& field, NSStr
     NSTextField* target = outletNamed(controller(panel), field);
     if (![target isKindOfClass:[NSTextField class]])
         return "there is no text field " + field;
-    if (text == nil)
-        return "the text is not UTF-8";
     if (![target isEnabled] || ![target isEditable])
         return "";
     [window makeKeyAndOrderFront:nil];

@@ -264,7 +264,8 @@ TEST_F(DialogActions, SumsUpWhatItPrintsAndRemembersWhatAPrinterWasUsedWith)
         for (NSTableColumn* column in [table tableColumns])
             summary += textOf([rows tableView:table objectValueForTableColumn:column row:row]) + ",";
     EXPECT_EQ(summary.find("Copies,3,Pages,1-2,Quick Color,Photo,"), 0u) << summary;
-    EXPECT_TRUE(summary.ends_with(",Two-Sided,Long Edge,Pages per Sheet,2,Page Order,First to Last,"
+    EXPECT_TRUE(summary.ends_with("CMYK Gray Treatment,CMYK,Paper Size,A4,Paper Source,Auto,Media Type,Plain "
+                                  "Paper,Two-Sided,Long Edge,Pages per Sheet,2,Page Order,First to Last,"
                                   "Copies in Order,Page by Page,"))
         << summary;
     print({"Print", "Close"});
