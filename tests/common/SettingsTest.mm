@@ -10,7 +10,6 @@
 namespace {
 
 using Values = std::vector<int>;
-using Titles = std::vector<std::string>;
 
 class Settings : public ListFixture {
 protected:
@@ -53,21 +52,17 @@ protected:
         writeListFile(listFileText(listOf(rgb), listOf(sim), listOf(dst)));
     }
     /// The titles behind the four choices that the PPD has for each of these.
-    Titles profilesIn(NSString* menu)
+    NSArray* profilesIn(NSString* menu)
     {
-        Titles titles;
-        for (NSMenuItem* item in [(NSPopUpButton*)[advanced valueForKey:menu] itemArray])
-            titles.push_back([[item title] UTF8String]);
-        titles.erase(titles.begin(), titles.begin() + kChoices);
-        return titles;
+        NSArray* titles = [[advanced valueForKey:menu] itemTitles];
+        return [titles subarrayWithRange:NSMakeRange(kChoices, [titles count] - kChoices)];
     }
-    /// Chooses the profile at this position, from 1, and saves; gives one of the queue's entries.
-    std::string saved(NSInteger position, NSString* key = @"")
+    /// Chooses the profile at this position, from 1, and saves; gives the queue's entries.
+    NSDictionary* saved(NSInteger position)
     {
         [source selectItemAtIndex:kChoices + position - 1];
         [advanced setControlValueToTicket];
-        EXPECT_EQ([values() objectForKey:key], [queue() objectForKey:key]);
-        return [[queue() objectForKey:key] UTF8String] ?: "";
+        return queue();
     }
     /// The item that the settings select, as a position.
     NSInteger position()
@@ -98,33 +93,32 @@ TEST_F(Settings, KeepChoicesUnderModelAndQueueAndAtTheTop)
     [expected setObject:@3 forKey:@"Copies"];
     [expected setObject:@{@"Other" : other, @"Test_Queue" : queue()} forKey:@"R4270"];
     EXPECT_TRUE([values() isEqual:expected]) << [[values() description] UTF8String];
-    EXPECT_TRUE(([[queue() objectsForKeys:@[ @"VelQuickColor", @"VelBrightness", @"VelEconoMode" ]
-                           notFoundMarker:@""] isEqual:@[ @"Photo", @"Darkest", @"True" ]]));
+    EXPECT_TRUE([[queue() objectForKey:@"VelBrightness"] isEqual:@"Darkest"]);
     EXPECT_EQ(restored(), (Values{1, 4, 1, 3}));
 }
 
 TEST_F(Settings, GiveBackWhatThePpdKnowsAndElseTheValueBefore)
 {
     open();
-    struct Case {
+    struct {
         NSDictionary* stored;
         Values restored;
+    } const cases[] = {
+        // From 1, 1, 1, 1. An absent key gives the default, what is no choice leaves the control.
+        {@{}, {0, 2, 0, 2}},
+        {@{@"VelQuickColor" : @"photo", @"VelBrightness" : @"Darker"}, {1, 3, 0, 2}},
+        {@{@"VelEconoMode" : @"TRUE"}, {0, 2, 1, 2}},
+        {@{@"VelEconoMode" : @"true"}, {0, 2, 1, 2}},
+        {@{@"VelEconoMode" : @"tRUE"}, {0, 2, 0, 2}},
+        {@{@"VelEconoMode" : @"1"}, {0, 2, 0, 2}},
+        // What is no text takes over the value of the row before; the first has none before it.
+        {@{@"VelQuickColor" : @"LineArt", @"VelBrightness" : @7}, {2, 2, 0, 2}},
+        {@{@"VelQuickColor" : @[], @"VelBrightness" : @"No"}, {1, 1, 0, 2}},
+        // An entry of the model's own name would take the place of all queues' choices.
+        {@{@"R4270" : @{@"Q" : @"x"}, @"VelQuickColor" : @"Photo"}, {1, 2, 0, 2}},
     };
     NSDictionary* elsewhere = @{@"VelBrightness" : @"Darker"};
-    for (const Case& c : {
-             // From 1, 1, 1, 1. An absent key gives the default, what is no choice leaves the control.
-             Case{@{}, {0, 2, 0, 2}},
-             Case{@{@"VelQuickColor" : @"photo", @"VelBrightness" : @"Darker"}, {1, 3, 0, 2}},
-             Case{@{@"VelEconoMode" : @"TRUE"}, {0, 2, 1, 2}},
-             Case{@{@"VelEconoMode" : @"true"}, {0, 2, 1, 2}},
-             Case{@{@"VelEconoMode" : @"tRUE"}, {0, 2, 0, 2}},
-             Case{@{@"VelEconoMode" : @"1"}, {0, 2, 0, 2}},
-             // What is no text takes over the value of the row before; the first has none before it.
-             Case{@{@"VelQuickColor" : @"LineArt", @"VelBrightness" : @7}, {2, 2, 0, 2}},
-             Case{@{@"VelQuickColor" : @[], @"VelBrightness" : @"No"}, {1, 1, 0, 2}},
-             // An entry of the model's own name would take the place of all queues' choices.
-             Case{@{@"R4270" : @{@"Q" : @"x"}, @"VelQuickColor" : @"Photo"}, {1, 2, 0, 2}},
-         }) {
+    for (const auto& c : cases) {
         save({1, 1, 1, 1});
         [hosted->settings() replaceValues:@{@"R4270" : @{@"Test_Queue" : c.stored, @"Other" : elsewhere}}];
         EXPECT_EQ(restored(), c.restored) << [[c.stored description] UTF8String];
@@ -159,74 +153,70 @@ TEST_F(Settings, ShowTheListedProfilesOfEachListAndOneItemATitle)
 {
     // A choice of the PPD keeps its place beside a profile's item with the same title.
     open(replaced(samplePpd(), "sRGB/sRGB:", "sRGB/odd.icc(Profile 9)Disk:"));
-    EXPECT_EQ(profilesIn(@"menu_iRGBSource"), Titles());
     keep({record(kFoundListed, "a.icc"), record(kGoneHidden), record(kFoundHidden), record(kByHandHidden),
           record(kGoneListed, "gone.icc", kOnCard), record(kByHandListed, "hand.icc", 0),
           record(9, "odd.icc"), record(kFoundListed, "a.icc")},
          {record(kFoundListed, "sim.icc")}, {record(kFoundListed, "dst.icc")});
+    NSDictionary* expected = @{
+        @"menu_iRGBSource" : @[
+            @"gone.icc(Profile 3)Card", @"hand.icc(Profile 6)", @"odd.icc(Profile 9)Disk",
+            @"a.icc(Profile 4)Disk"
+        ],
+        @"menu_sSimulationProfile" : @[ @"sim.icc(Profile 4)Disk" ],
+        @"menu_iDestinationProfile" : @[ @"dst.icc(Profile 4)Disk" ],
+        @"menu_iHalftone" : @[]
+    };
     for (int again = 0; again < 2; ++again) {
         [advanced createPDEItemForPPDKey];
-        EXPECT_EQ(profilesIn(@"menu_iRGBSource"), (Titles{"gone.icc(Profile 3)Card", "hand.icc(Profile 6)",
-                                                          "odd.icc(Profile 9)Disk", "a.icc(Profile 4)Disk"}));
-        EXPECT_EQ(profilesIn(@"menu_sSimulationProfile"), Titles{"sim.icc(Profile 4)Disk"});
-        EXPECT_EQ(profilesIn(@"menu_iDestinationProfile"), Titles{"dst.icc(Profile 4)Disk"});
-        EXPECT_EQ(profilesIn(@"menu_iHalftone"), Titles());
+        for (NSString* menu in expected)
+            EXPECT_TRUE([profilesIn(menu) isEqual:[expected objectForKey:menu]]) << [menu UTF8String];
     }
     EXPECT_STREQ([[source itemTitleAtIndex:1] UTF8String], "odd.icc(Profile 9)Disk");
-}
-
-TEST_F(Settings, TakeFullListsAndNamesThatWereCutInsideACharacter)
-{
-    open();
-    std::vector<ProfileRecord> full;
-    for (int i = 0; i < kProfileSlots; ++i)
-        full.push_back(record(kFoundListed, "p" + std::to_string(i) + ".icc"));
-    // 30 bytes, then the first half of a character.
-    setNameText(full[7].FileName, std::string(30, 'a') + "\u00e9");
-    keep(full);
-    [advanced createPDEItemForPPDKey];
-    ASSERT_EQ(profilesIn(@"menu_iRGBSource").size(), (size_t)kProfileSlots);
-    EXPECT_EQ(profilesIn(@"menu_iRGBSource")[7], std::string(30, 'a') + "(Profile 4)Disk");
-    for (NSInteger one : {1, 8, kProfileSlots}) {
-        saved(one);
-        EXPECT_EQ(position(), one);
-    }
 }
 
 TEST_F(Settings, KeepAProfilesCodedPathAndFlagAndFindOnlyWhatIsListed)
 {
     open();
+    // The last name is 30 bytes and the first half of a character.
     std::vector<ProfileRecord> list = {record(kGoneListed, "place.icc", 0), record(kByHandHidden, "b.icc"),
-                                       record(kFoundListed, "c.icc", kOnCard)};
+                                       record(kFoundListed, "c.icc", kOnCard),
+                                       record(kByHandListed, std::string(30, 'a') + "\u00e9")};
     keep(list);
     [advanced createPDEItemForPPDKey];
-    std::string coded = encodePrinterPath("/ataCf1a/data/USfiles/Profiles/c.icc");
-    EXPECT_EQ(coded.substr(0, 4), "2?61");
+    EXPECT_EQ([[source itemTitleAtIndex:kChoices + 2] UTF8String], std::string(30, 'a') + "(Profile 6)Disk");
     // A choice of the PPD takes the flag back and leaves the path.
+    NSString* path = @(encodePrinterPath("/ataCf1a/data/USfiles/Profiles/c.icc").c_str());
+    EXPECT_TRUE([path hasPrefix:@"2?61"]);
     for (NSInteger one : {2, 0}) {
-        EXPECT_EQ(saved(one, @"VelImageRGBSourceCustomFilename"), coded);
-        EXPECT_EQ(saved(one, @"VelImageRGBSourceCustom"), one > 0 ? "True" : "False");
-        EXPECT_EQ(saved(one, @"VelSimSourceCustom"), "False");
-        EXPECT_EQ(saved(one, @"VelImageHalftoneCustom"), "");
+        NSArray* entries = [saved(one) objectsForKeys:@[
+            @"VelImageRGBSource", @"VelImageRGBSourceCustomFilename", @"VelImageRGBSourceCustom",
+            @"VelSimSourceCustom", @"VelImageHalftoneCustom"
+        ]
+                                       notFoundMarker:@""];
+        EXPECT_TRUE(([entries
+            isEqual:@[ one > 0 ? @"None" : @"AdobeRGB", path, one > 0 ? @"True" : @"False", @"False", @"" ]]))
+            << [[entries description] UTF8String];
         EXPECT_EQ(position(), one);
     }
-    EXPECT_EQ(saved(2, @"VelImageRGBSource"), "None");
+    saved(3);
+    EXPECT_EQ(position(), 3);
+    saved(2);
     for (int32_t change : {(int32_t)kFoundHidden, 9}) {
         list[2].InMenu = change;
         keep(list);
         EXPECT_EQ(position(), kDefault) << change;
     }
-    EXPECT_EQ(saved(2, @"VelImageRGBSourceCustomFilename"), "") << "it is no longer listed";
+    EXPECT_EQ([[saved(3) objectForKey:@"VelImageRGBSourceCustomFilename"] length], 0u) << "not listed now";
     // No known place on the printer: it has a position and is never found again.
     saved(1);
     EXPECT_EQ(position(), kDefault);
     std::filesystem::remove(currentListPath());
     EXPECT_EQ(position(), kDefault);
     NSString* endless = [@"" stringByPaddingToLength:100000 withString:@"2" startingAtIndex:0];
-    for (id path in @[ @"", @7, @[], @{}, @"x", @"éé", endless, @"??" ]) {
+    for (id odd in @[ @"", @7, @[], @{}, @"x", @"éé", endless, @"??" ]) {
         NSDictionary* stored =
-            @{@"VelImageRGBSourceCustom" : @"True", @"VelImageRGBSourceCustomFilename" : path};
+            @{@"VelImageRGBSourceCustom" : @"True", @"VelImageRGBSourceCustomFilename" : odd};
         [hosted->settings() replaceValues:@{@"R4270" : @{@"Test_Queue" : stored}}];
-        EXPECT_EQ(position(), kDefault) << [[path description] UTF8String];
+        EXPECT_EQ(position(), kDefault) << [[odd description] UTF8String];
     }
 }
