@@ -2,11 +2,8 @@
 #include "Commands.h"
 #include "helper/HelperTest.h"
 
-#include <fcntl.h>
 #include <sched.h>
-#include <sys/file.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 
 namespace {
 
@@ -147,15 +144,6 @@ TEST_F(InstalledHelperTest, WhatOthersCanChangeOrOwnOrALinkIsRefusedAtEveryLevel
     }
 }
 
-TEST_F(InstalledHelperTest, OneUserCannotBlockAnother)
-{
-    ASSERT_TRUE(as(kAnna).confirms(commandsOf("anna")[0]));
-    int file = open((folder / ".R4270-lock-70001").c_str(), O_RDONLY | O_CLOEXEC);
-    ASSERT_EQ(flock(file, LOCK_EX), 0);
-    EXPECT_TRUE(as(kPrimary).confirms(commandsOf("primary")[0])) << "while a command of anna's is stuck";
-    close(file);
-}
-
 TEST_F(InstalledHelperTest, TheProgramIsHardenedAndHasNoHooks)
 {
     std::string headers = runProcess({"readelf", "-W", "-h", "-d", "-l", "-s", PDE_INSTALLED_HELPER}).out;
@@ -188,9 +176,9 @@ tr '\0' '|' </proc/$$/environ
 ulimit -n
 )");
     fs::permissions(walker, fs::perms(0755));
-    rlimit few = {55, 55};
-    auto limitFiles = [&] { setrlimit(RLIMIT_NOFILE, &few); };
-    EXPECT_EQ(as(kAnna).run(walkCommand("anna", "127.0.0.1"), {.prepare = limitFiles}).out,
+    as(kAnna);
+    program.insert(program.begin(), {"prlimit", "--nofile=55"});
+    EXPECT_EQ(run(walkCommand("anna", "127.0.0.1")).out,
               "Uid:\t70001\t70001\t70001\t70001\nGid:\t70101\t70101\t70101\t70101\n"
               "SigIgn:\t0000000000000000\nCapPrm:\t0000000000000000\nPATH=/usr/bin:/bin|LC_ALL=C|55\n")
         << "with his own limits";

@@ -117,8 +117,7 @@ TEST_F(HelperTest, WhatStandsInPlaceOfAFileIsRefusedOrReplacedButNeverFollowed)
                                                           {folder / names()[0], "ynnyyyyyy"},
                                                           {lock, "yyyyyyyyy"}};
     for (const auto& [place, done] : places)
-        for (const std::string kind :
-             {"ln -s $1", "ln -s $1.absent", "mkfifo -m 666", "install -m 666 $1", "ln $1"})
+        for (const std::string kind : {"ln -s $1", "ln -s $1.absent", "mkfifo", "install -m 666 $1", "ln $1"})
             for (size_t i = 0; i < done.size(); ++i) {
                 reset();
                 ASSERT_TRUE(fs::remove(place));
