@@ -225,11 +225,14 @@ TEST_F(DialogActions, KeepsTheChoicesOfEachPrinterAndPresetsForAllOfTheModel)
     const std::string standard = "Document Normal  ", photo = "Photo Normal DuplexNoTumble 2";
     panel({"choose menu_QuickColor 1"});
     paper({@"DuplexNoTumble", @"2"});
+    [[dialog_ window] setCopies:4 pageRanges:@"2"];
     EXPECT_NE(preset(@"Save", {"Save"}).find("My Preset"), kNowhere);
+    [[dialog_ window] setCopies:1 pageRanges:@""];
     goTo(@"Hall");
     EXPECT_EQ(chosen(), standard);
     preset(@"My Preset");
     EXPECT_EQ(chosen(), photo);
+    EXPECT_EQ(textOf([[dialog_ window] pageRanges]) + std::to_string([[dialog_ window] copies]), "24");
     preset(@"Default");
     EXPECT_EQ(chosen(), standard);
     EXPECT_NE(preset(@"Save", {"Save", "Cancel"}).find("already"), kNowhere);
@@ -253,7 +256,7 @@ TEST_F(DialogActions, KeepsTheChoicesOfEachPrinterAndPresetsForAllOfTheModel)
 TEST_F(DialogActions, SumsUpWhatItPrintsAndRemembersWhatAPrinterWasUsedWith)
 {
     panel({"choose menu_QuickColor 1"});
-    paper({@"DuplexNoTumble", @"2"});
+    paper({@"DuplexNoTumble", @"2", @"reverse", @"separate-documents-collated-copies"});
     [[dialog_ window] setCopies:3 pageRanges:@"1-2"];
     EXPECT_EQ(textOf([dialog_ noteConflict]), "With 2 pages per sheet the page numbers count printed sides");
     [dialog_ showPage:kSummaryPage];
@@ -264,9 +267,10 @@ TEST_F(DialogActions, SumsUpWhatItPrintsAndRemembersWhatAPrinterWasUsedWith)
         for (NSTableColumn* column in [table tableColumns])
             summary += textOf([rows tableView:table objectValueForTableColumn:column row:row]) + ",";
     EXPECT_EQ(summary.find("Copies,3,Pages,1-2,Quick Color,Photo,"), 0u) << summary;
-    EXPECT_TRUE(summary.ends_with("CMYK Gray Treatment,CMYK,Paper Size,A4,Paper Source,Auto,Media Type,Plain "
-                                  "Paper,Two-Sided,Long Edge,Pages per Sheet,2,Page Order,First to Last,"
-                                  "Copies in Order,Page by Page,"))
+    EXPECT_TRUE(
+        summary.ends_with("CMYK Gray Treatment,CMYK,Paper Size,A4,Paper Source,Auto,Media Type,"
+                          "Plain Paper,Two-Sided,Long Edge,Pages per Sheet,2,Page Order,Last to First,"
+                          "Copies in Order,Copy by Copy (Collated),"))
         << summary;
     print({"Print", "Close"});
     EXPECT_EQ(open("Office"), "Office");
