@@ -52,10 +52,9 @@ Outcome startWalk(const Account& account, std::vector<std::string> command)
         return outcome;
     std::string helper = helperExecutable();
     command.insert(command.begin(), helper.substr(0, helper.rfind('/') + 1) + "R4270Walker");
-    std::vector<char*> arguments;
-    for (std::string& argument : command)
-        arguments.push_back(argument.data());
-    arguments.push_back(nullptr);
+    std::vector<char*> arguments(command.size() + 1, nullptr);
+    std::transform(command.begin(), command.end(), arguments.begin(),
+                   [](std::string& argument) { return argument.data(); });
     if (!becomeRealUser())
         _exit(1);
     // The environment is the one that settleProcess made.
