@@ -255,23 +255,26 @@ TEST_F(DialogActions, KeepsTheChoicesOfEachPrinterAndPresetsForAllOfTheModel)
 
 TEST_F(DialogActions, SumsUpWhatItPrintsAndRemembersWhatAPrinterWasUsedWith)
 {
+    auto summary = [this] {
+        [dialog_ showPage:kSummaryPage];
+        id page = outletNamed(dialog_, "summary_");
+        NSTableView* table = [page documentView];
+        std::string cells;
+        for (NSInteger row = 0; row < [table numberOfRows]; ++row)
+            for (NSTableColumn* column in [table tableColumns])
+                cells += textOf([page tableView:table objectValueForTableColumn:column row:row]) + ",";
+        return cells;
+    };
+    EXPECT_EQ(summary().find("Quick Color,Document,"), 0u) << "one copy of all pages goes without saying";
     panel({"choose menu_QuickColor 1"});
     paper({@"DuplexNoTumble", @"2", @"reverse", @"separate-documents-collated-copies"});
     [[dialog_ window] setCopies:3 pageRanges:@"1-2"];
     EXPECT_EQ(textOf([dialog_ noteConflict]), "With 2 pages per sheet the page numbers count printed sides");
-    [dialog_ showPage:kSummaryPage];
-    id rows = outletNamed(dialog_, "summary_");
-    NSTableView* table = [rows documentView];
-    std::string summary;
-    for (NSInteger row = 0; row < [table numberOfRows]; ++row)
-        for (NSTableColumn* column in [table tableColumns])
-            summary += textOf([rows tableView:table objectValueForTableColumn:column row:row]) + ",";
-    EXPECT_EQ(summary.find("Copies,3,Pages,1-2,Quick Color,Photo,"), 0u) << summary;
-    EXPECT_TRUE(
-        summary.ends_with("CMYK Gray Treatment,CMYK,Paper Size,A4,Paper Source,Auto,Media Type,"
-                          "Plain Paper,Two-Sided,Long Edge,Pages per Sheet,2,Page Order,Last to First,"
-                          "Copies in Order,Copy by Copy (Collated),"))
-        << summary;
+    EXPECT_EQ(summary().find("Copies,3,Pages,1-2,Quick Color,Photo,"), 0u) << summary();
+    EXPECT_TRUE(summary().ends_with("CMYK Gray Treatment,CMYK,Paper Size,A4,Paper Source,Auto,Media Type,"
+                                    "Plain Paper,Two-Sided,Long Edge,Pages per Sheet,2,Page Order,"
+                                    "Last to First,Copies in Order,Copy by Copy (Collated),"))
+        << summary();
     print({"Print", "Close"});
     EXPECT_EQ(open("Office"), "Office");
     EXPECT_EQ(chosen(), "Photo Normal DuplexNoTumble 2");
