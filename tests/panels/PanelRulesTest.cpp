@@ -172,14 +172,18 @@ TEST(PanelRules, LeaveOutAnItemThatThePpdLacksAndKeepChoicesOfOneTextApart)
         DialogRun dialog = run({choose("menu_tHalftone", item), "save", "summary", "job"}, arguments);
         EXPECT_EQ(dialog[9]["values"]["Text Halftone"], "Gradation");
         EXPECT_EQ(dialog[10]["options"]["VelTextHalftone"], keyword);
-        dialog = run({"controls", "choose menu_QuickColor 2", "summary", "should-print", "job"}, arguments);
+        dialog = run({"controls", "choose menu_QuickColor 0", "summary", "should-print", "job"}, arguments);
         EXPECT_EQ(controlRow(dialog[7], "menu_tHalftone")["value"], item);
         EXPECT_FALSE(dialog[9]["values"].contains("Image Halftone"));
         EXPECT_EQ(dialog[11]["options"]["VelImageHalftone"], "Auto");
     }
     std::string odd = replaced(text, "*DefaultVelQuickColor: Document", "*DefaultVelQuickColor: Nowhere");
-    DialogRun dialog = run({}, {"--ppd", sandbox.write("odd.ppd", odd)});
+    DialogRun dialog = run({"keys", "panels 6A0D8B3E-E57F-11D3-B5CC-0050E4603277"},
+                           {"--ppd", sandbox.write("odd.ppd", odd)});
     EXPECT_EQ(dialog[5]["order"].size(), 4u) << "nothing is dictated, and Quick Color has no value";
+    EXPECT_EQ(dialog[7]["keys"].front(), "VelImageRGBSource") << "the advanced keys come first";
+    EXPECT_EQ(dialog[7]["keys"].back(), "VelEdgeType");
+    EXPECT_EQ(dialog[8]["panels"], nullptr) << "there is none for a page setup dialog";
 }
 
 TEST(PanelRules, CompareAndCombineAsTheirCodesSay)

@@ -15,28 +15,14 @@ void* pointerIn(id object, const char* name)
 
 } // namespace
 
-TEST(Panel, IsOfferedToThePrintDialogOnlyAndLoadsOnceOnDemand)
-{
-    HostedPanel hosted;
-    id<PDEPanelProtocol> panel = hosted.panel();
-    EXPECT_EQ(hosted.part(@"pdeMainView"), nil);
-    NSArray* keys = [panel supportedPPDOptionKeys];
-    id view = hosted.part(@"pdeMainView");
-    id<PDEPlugInProtocol> plugIn =
-        [[[[[NSBundle bundleForClass:[(id)panel class]] principalClass] alloc] init] autorelease];
-    EXPECT_EQ([plugIn PDEPanelsForType:@"6A0D8B3E-E57F-11D3-B5CC-0050E4603277" withHostInfo:nil], nil);
-    // The advanced keys come first.
-    EXPECT_STREQ([[keys objectAtIndex:0] UTF8String], "VelImageRGBSource");
-    EXPECT_STREQ([[keys lastObject] UTF8String], "VelEdgeType");
-    EXPECT_NE(view, nil);
-    EXPECT_EQ([panel panelView], view);
-}
-
-TEST(Panel, IsDoneWithOnceWhicheverWayTheDialogSaysSo)
+TEST(Panel, IsLoadedOnceOnDemandAndDoneWithOnceWhicheverWayTheDialogSaysSo)
 {
     HostedPanel hosted;
     PDEPlugInInterface* panel = (PDEPlugInInterface*)hosted.panel();
-    [panel panelView];
+    EXPECT_EQ(hosted.part(@"pdeMainView"), nil);
+    NSView* view = [panel panelView];
+    [panel supportedPPDOptionKeys];
+    EXPECT_EQ([panel panelView], view);
     NSObject* callback = (NSObject*)pointerIn(panel, "pdePluginCallbackObject");
     NSUInteger references = [callback retainCount];
     [panel printWindowWillClose:nil];
