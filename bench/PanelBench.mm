@@ -112,14 +112,14 @@ private:
                                                         defer:NO];
 };
 
-/// The interface file with the toolkit's own class in the place of each of the plug-in's, which has none of
-/// the outlets.
+/// The interface file with the toolkit's own class in the place of each of the plug-in's, and with outlets
+/// that every object has.
 std::string plainInterface()
 {
-    static const std::regex outlet(R"(<outlet property="(?!pdeMainView|onColorView)[^>]*/>)");
+    static const std::regex outlet(R"((<outlet property=")(?!pdeMainView|onColorView)\w+)");
     static const std::regex ours(R"((customClass=")(\w+_5C1E\w+))");
     std::string file =
-        std::regex_replace(readFile(PDE_SOURCE_DIR "/PDE_COL/Resources/PDEMain.xib"), outlet, "");
+        std::regex_replace(readFile(PDE_SOURCE_DIR "/PDE_COL/Resources/PDEMain.xib"), outlet, "$1unused");
     for (std::smatch match; std::regex_search(file, match, ours);) {
         Class used = NSClassFromString([NSString stringWithUTF8String:match.str(2).c_str()]);
         while ([NSStringFromClass(used) rangeOfString:@"_5C1E"].location != NSNotFound)
@@ -132,7 +132,21 @@ std::string plainInterface()
 
 } // namespace
 
-/// Takes the outlets of the interface file.
+@interface NSObject (Outlets)
+- (void)setOnColorView:(NSView*)view;
+- (void)setUnused:(id)object;
+@end
+
+@implementation NSObject (Outlets)
+- (void)setOnColorView:(NSView*)view
+{
+}
+- (void)setUnused:(id)object
+{
+}
+@end
+
+/// Takes the outlets of the interface file that are used.
 @interface PlainOwner : NSObject
 {
 @public
@@ -142,6 +156,10 @@ std::string plainInterface()
 @end
 
 @implementation PlainOwner
+- (void)setOnColorView:(NSView*)view
+{
+    onColorView = view;
+}
 @end
 
 namespace {

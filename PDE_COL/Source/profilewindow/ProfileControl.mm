@@ -1,5 +1,6 @@
 #include "profilewindow/ProfileControl+Private.h"
 
+#include "common/Menus.h"
 #include "common/PDECommon.h"
 #include "discovery/PDECommon+Discovery.h"
 #include "discovery/ProtocolCode.h"
@@ -47,8 +48,7 @@ constexpr CGFloat kCellFontSize = 12, kTableFontSize = 9;
 {
     [self localizeTitlesIn:[_profileManagementWindow contentView]];
     [_profileMenu removeAllItems];
-    for (NSString* list in @[ @"RGB", @"SIM", @"DST" ])
-        [_profileMenu addItemWithTitle:localizedText(list)];
+    appendItems(_profileMenu, @[ localizedText(@"RGB"), localizedText(@"SIM"), localizedText(@"DST") ]);
     [_profileManagementWindow setDelegate:self];
     [_fileNameEdit setDelegate:self];
     [_profileNameEdit setDelegate:self];

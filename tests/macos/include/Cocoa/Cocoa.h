@@ -175,6 +175,7 @@ __attribute__((objc_root_class))
 - (void)setRepresentedObject:(id)object;
 @property (retain) NSImage* onStateImage;
 @property (retain) NSImage* mixedStateImage;
+@property NSInteger state;
 @end
 @interface NSMenu : NSObject
 - (void)addItem:(NSMenuItem*)item;
