@@ -211,7 +211,8 @@ static void openList(NSPopUpButton* popUp, SEL selector, NSEvent* event)
 
 - (GSThemeMargins)buttonMarginsForCell:(NSCell*)cell style:(int)style state:(GSThemeControlState)state
 {
-    return {6, 6, 3, 3};
+    BOOL centred = ![cell isKindOfClass:[NSMenuItemCell class]];
+    return centred ? GSThemeMargins{3, 3, 3, 3} : GSThemeMargins{6, 6, 3, 3};
 }
 
 - (void)drawBorderType:(NSBorderType)type frame:(NSRect)frame view:(NSView*)view
