@@ -29,16 +29,15 @@ void registerAppearance()
     NSDictionary* keys =
         [NSDictionary dictionaryWithObjectsAndKeys:@"copy:", @"Control-c", @"cut:", @"Control-x",
                                                    @"paste:", @"Control-v", @"selectAll:", @"Control-a", nil];
-    NSDictionary* defaults =
-        [NSDictionary dictionaryWithObjectsAndKeys:@"YES", @"GSSuppressAppIcon", @"NSWindows95InterfaceStyle",
-                                                   @"NSInterfaceStyleDefault", keys, @"GSKeyBindings", nil];
-    [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
     double scale = desktopScale();
     // Widths that are rounded to whole units would set scaled letters unevenly.
     NSString* hinting = scale == 1 ? @"33" : @"17";
     [[NSUserDefaults standardUserDefaults] registerDefaults:@{
-        @"GSScaleFactor" : @(scale),
-        @"GSFontHinting" : hinting
+        @"GSSuppressAppIcon" : @"YES",
+        @"NSInterfaceStyleDefault" : @"NSWindows95InterfaceStyle",
+        @"GSScaleFactor" : [NSNumber numberWithDouble:scale],
+        @"GSFontHinting" : hinting,
+        @"GSKeyBindings" : keys
     }];
     registerFonts();
 }

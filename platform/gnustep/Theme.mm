@@ -75,6 +75,12 @@ static void drawLine(NSRect frame, const std::vector<NSPoint>& points, CGFloat w
     [path stroke];
 }
 
+static void drawOutline(NSRect frame, CGFloat radius, BOOL focused)
+{
+    NSColor* color = focused ? [NSColor keyboardFocusIndicatorColor] : [NSColor controlShadowColor];
+    drawRounded(frame, radius, nil, color, focused ? 2 : 1);
+}
+
 /// The two arrow heads of a pop-up or a stepper.
 static void drawChooser(NSRect frame)
 {
@@ -159,8 +165,8 @@ static void setSystemImages()
 /// The button that Return presses.
 static BOOL isDefault(NSCell* cell)
 {
-    return [cell isKindOfClass:[NSButtonCell class]] && ![cell isKindOfClass:[NSMenuItemCell class]] &&
-           [cell isEnabled] && [[(NSButtonCell*)cell keyEquivalent] isEqual:@"\r"];
+    return [cell isKindOfClass:[NSButtonCell class]] && [cell isEnabled] &&
+           [[(NSButtonCell*)cell keyEquivalent] isEqual:@"\r"];
 }
 
 /// In place of the cells' own method, which knows no text on the accent colour.
@@ -168,10 +174,8 @@ static NSColor* textColorOf(NSButtonCell* cell, SEL selector)
 {
     if (![cell isEnabled])
         return [NSColor disabledControlTextColor];
-    BOOL inList =
-        [cell isKindOfClass:[NSMenuItemCell class]] && ![cell isKindOfClass:[NSPopUpButtonCell class]];
-    return isDefault(cell) || (inList && [cell isHighlighted]) ? [NSColor selectedControlTextColor]
-                                                               : [NSColor controlTextColor];
+    BOOL chosen = [cell isMemberOfClass:[NSMenuItemCell class]] && [cell isHighlighted];
+    return isDefault(cell) || chosen ? [NSColor selectedControlTextColor] : [NSColor controlTextColor];
 }
 
 /// In place of the pop-up's own method, which follows the button until it goes up.
@@ -219,9 +223,7 @@ static void openList(NSPopUpButton* popUp, SEL selector, NSEvent* event)
 {
     BOOL typing = [view isKindOfClass:[NSTextField class]] && [(NSTextField*)view currentEditor] != nil;
     if (type != NSNoBorder)
-        drawRounded(frame, kRadius - 1, nil,
-                    typing ? [NSColor keyboardFocusIndicatorColor] : [NSColor controlShadowColor],
-                    typing ? 2 : 1);
+        drawOutline(frame, kRadius - 1, typing);
 }
 
 - (NSRect)drawGroove:(NSRect)frame withClip:(NSRect)clip
@@ -232,7 +234,10 @@ static void openList(NSPopUpButton* popUp, SEL selector, NSEvent* event)
 
 - (NSRect)drawGrayBezel:(NSRect)frame withClip:(NSRect)clip
 {
-    drawRounded(frame, 2, nil, [NSColor controlShadowColor]);
+    NSScrollView* view = (NSScrollView*)[NSView focusView];
+    drawOutline(frame, 2,
+                [view isKindOfClass:[NSScrollView class]] &&
+                    [[view window] firstResponder] == [view documentView]);
     return NSInsetRect(frame, 2, 2);
 }
 
@@ -249,8 +254,15 @@ static void openList(NSPopUpButton* popUp, SEL selector, NSEvent* event)
 
 - (void)drawFocusFrame:(NSRect)frame view:(NSView*)view
 {
-    NSRect ring = [view isKindOfClass:[NSControl class]] ? [view bounds] : frame;
-    drawRounded(ring, kRadius, nil, [NSColor keyboardFocusIndicatorColor], 2);
+    NSButton* button = [view isKindOfClass:[NSButton class]] ? (NSButton*)view : nil;
+    if ([button isBordered])
+        frame = [view bounds];
+    else if (button != nil)
+        frame = NSMakeRect(16, 0, [[button attributedTitle] size].width + 6, NSHeight(frame)); // the text
+    if (isDefault([button cell]))
+        drawRounded(NSInsetRect(frame, 3, 3), kRadius - 2, nil, [NSColor selectedControlTextColor]);
+    else
+        drawOutline(frame, kRadius, YES);
 }
 
 #pragma mark Tabs
@@ -313,11 +325,6 @@ static void openList(NSPopUpButton* popUp, SEL selector, NSEvent* event)
     [shown setImage:arrows];
     if (chosen >= 0)
         [[list menu] performActionForItemAtIndex:chosen];
-}
-
-- (BOOL)doesProcessEventsForPopUpMenu
-{
-    return YES;
 }
 
 - (void)drawBorderAndBackgroundForMenuItemCell:(NSMenuItemCell*)cell

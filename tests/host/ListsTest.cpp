@@ -74,7 +74,7 @@ protected:
 constexpr char kProfiles[] = "^Profile Management$";
 constexpr int kProfileList = 510;
 // Where controls are, in the English dialog.
-constexpr int kMiddle = 400, kQuickColor = 354, kBrightness = 320, kButtonRow = 86;
+constexpr int kMiddle = 400, kShow = 418, kQuickColor = 354, kBrightness = 320, kButtonRow = 86;
 
 TEST_F(Lists, StayOpenAfterAClickAndHaveEveryKey)
 {
@@ -106,7 +106,11 @@ TEST_F(Lists, KeepTheirKeysInTheProfileWindowToo)
     }
     keys({"Escape"});
     EXPECT_TRUE(waitUntil([] { return !hasWindow(kProfiles); }));
-    EXPECT_TRUE(dialog_->running());
+    // The tabs have the keys before their page: its first list is the text's.
+    click("^Print$", kMiddle, kShow);
+    keys({"Escape", "Tab", "Right", "Tab", "space", "End", "Return"});
+    keys({"Return", "Return"}); // Print, and Close
+    EXPECT_TRUE(hasChosen("VelTextRGBSource", "AdobeRGB"));
 }
 
 } // namespace
