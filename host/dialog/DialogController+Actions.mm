@@ -43,12 +43,12 @@
 {
     if ([window_ copies] == 0)
         return @[
-            localized(@"This is no number of copies"),
+            localized(@"The number of copies is not valid"),
             localized(@"Copies are a whole number from 1 to 9999.")
         ];
     if ([window_ pageRanges] == nil)
         return @[
-            localized(@"These are no pages"),
+            localized(@"The page range is not valid"),
             localized(@"Pages are numbers and ranges in ascending order, such as 1-3, 5.")
         ];
     [self listPrinters];
@@ -72,8 +72,8 @@
     }
     NSString* conflict = [self noteConflict];
     if ([conflict length] > 0 &&
-        NSRunAlertPanel(localized(@"Print all the same?"), @"%@", localized(@"Cancel"), localized(@"Print"),
-                        nil, conflict) != NSAlertAlternateReturn)
+        NSRunAlertPanel(localized(@"Print anyway?"), @"%@", localized(@"Cancel"), localized(@"Print"), nil,
+                        conflict) != NSAlertAlternateReturn)
         return NO;
     return queue_.empty() || !options_.files.empty() || [self chooseFile];
 }

@@ -210,7 +210,8 @@ TEST_F(DialogActions, TakesWholeCopiesAndAscendingPages)
                                         {"1", "1-2-3"}}) {
         [[dialog_ window] setCopies:1 pageRanges:stringOf(pages)];
         [(NSTextField*)outletNamed([dialog_ window], "copies_") setStringValue:stringOf(copies)];
-        EXPECT_NE(print({"OK"}).find(pages.empty() ? "no number of copies" : "no pages"), kNowhere) << copies;
+        EXPECT_NE(print({"OK"}).find(pages.empty() ? "copies is not valid" : "range is not valid"), kNowhere)
+            << copies;
         NSText* editor = [[[dialog_ window] window] fieldEditor:NO forObject:nil];
         EXPECT_EQ(textOf([editor string]), pages.empty() ? copies : pages);
         EXPECT_EQ([editor selectedRange].length, [[editor string] length]) << "it is to be typed over";
