@@ -269,6 +269,7 @@ TEST_F(DialogActions, SumsUpWhatItPrintsAndRemembersWhatAPrinterWasUsedWith)
     EXPECT_EQ(summary().find("Quick Color,Document,"), 0u) << "one copy of all pages goes without saying";
     panel({"choose menu_QuickColor 1"});
     paper({@"DuplexNoTumble", @"2", @"reverse", @"separate-documents-collated-copies"});
+    EXPECT_FALSE([dialog_ jobOptions].contains("MediaType")) << "the queue may have another default";
     [[dialog_ window] setCopies:3 pageRanges:@"1-2"];
     EXPECT_EQ(textOf([dialog_ noteConflict]), "With 2 pages per sheet the page numbers count printed sides");
     EXPECT_EQ(summary().find("Copies,3,Pages,1-2,Quick Color,Photo,"), 0u) << summary();
@@ -277,6 +278,8 @@ TEST_F(DialogActions, SumsUpWhatItPrintsAndRemembersWhatAPrinterWasUsedWith)
                                     "Last to First,Copies in Order,Copy by Copy (Collated),"))
         << summary();
     print({"Print", "Close"});
+    std::string sent = cups_.receivedJob(1).value_or(PrivateCups::Job()).data;
+    EXPECT_NE(sent.find("*VelGraphicsEdgeEnhance Off"), kNowhere) << "the quick color's own values";
     EXPECT_EQ(open("Office"), "Office");
     EXPECT_EQ(chosen(), "Photo Normal DuplexNoTumble 2");
     EXPECT_EQ([[dialog_ window] copies], 1);
