@@ -44,8 +44,6 @@ static void setSystemColors(BOOL dark)
     }
 }
 
-#pragma mark Shapes
-
 /// Fills and outlines `frame` with rounded corners; either colour may be nil. The outline lies inside.
 static void drawRounded(NSRect frame, CGFloat radius, NSColor* fill, NSColor* outline, CGFloat width = 1)
 {
@@ -88,8 +86,6 @@ static void drawChooser(NSRect frame)
     drawLine(frame, {{-3, 2}, {0, 5}, {3, 2}}, 1.5);
     drawLine(frame, {{-3, -2}, {0, -5}, {3, -2}}, 1.5);
 }
-
-#pragma mark Images
 
 /// What takes the place of the toolkit's images, drawn at whatever resolution is wanted.
 @interface ThemeImages : NSObject
@@ -221,9 +217,9 @@ static void openList(NSPopUpButton* popUp, SEL selector, NSEvent* event)
 
 - (void)drawBorderType:(NSBorderType)type frame:(NSRect)frame view:(NSView*)view
 {
-    BOOL typing = [view isKindOfClass:[NSTextField class]] && [(NSTextField*)view currentEditor] != nil;
     if (type != NSNoBorder)
-        drawOutline(frame, kRadius - 1, typing);
+        drawOutline(frame, kRadius - 1,
+                    [view isKindOfClass:[NSTextField class]] && [(NSTextField*)view currentEditor] != nil);
 }
 
 - (NSRect)drawGroove:(NSRect)frame withClip:(NSRect)clip
@@ -247,8 +243,7 @@ static void openList(NSPopUpButton* popUp, SEL selector, NSEvent* event)
             highlightUp:(BOOL)up
           highlightDown:(BOOL)down
 {
-    NSColor* fill = up || down ? [NSColor controlLightHighlightColor] : [NSColor controlColor];
-    drawRounded(frame, kRadius - 1, fill, [NSColor controlShadowColor]);
+    drawRounded(frame, kRadius - 1, [NSColor controlColor], [NSColor controlShadowColor]);
     drawChooser(frame);
 }
 
