@@ -101,6 +101,10 @@ TEST_F(PpdAccess, IsWalkedInTablesAsFarAsTheirControlsGo)
     PDEControlItem* compound = [PDECommon commonControlTableCompound:tables count:2];
     EXPECT_STREQ(compound[2].ppdKey, "VelQuickColor");
     EXPECT_EQ(compound[3].kind, PDEControlKindEnd);
+    [PDECommon commonBuildPDEItem:table ppdfile:ppd];
+    for (int value : {3, 4})
+        [PDECommon commonSetControlValueWithSInt32:&table[0] value:value];
+    EXPECT_EQ([popup indexOfSelectedItem], 3) << "there is no fifth item";
     NSMutableArray* keys = [NSMutableArray array];
     for (PDEControlItem* one : {table, compound, (PDEControlItem*)nullptr}) {
         [PDECommon commonAddPPDArray:keys table:one];

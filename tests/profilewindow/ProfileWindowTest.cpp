@@ -187,16 +187,14 @@ TEST_F(ProfileWindowTest, ForgetsWhatWasCancelledAndKeepsThePrintersProfilesThat
                     {"press _addButton", "f 1 1 ||x-"},
                     {"press window-cancel", "closed"},
                     {"press button_ManageProfile", ""},
-                    {"row 1", "aedp 0 1 byhand.icc|By hand|xxx"},
+                    {"row 2", "aedp 0 2 second.icc||xxx"},
                     {"press _deleteButton", "ap 0 -1 ||xx"},
                     {"row 0", "aedp 0 0 found.icc|On the printer|xx"},
                     {"press _editButton", "lf 2 0 found.icc|On the printer|xx"},
                     {"type _fileNameEdit mine.icc", ""},
                     {"press _localOK", "ap 0 -1 ||xx"},
                     {"press window-ok", "closed"}});
-    expectStored({kHidden,
-                  {1, kByHandListed, 1, "mine.icc", "On the printer", kOnDisk, 0},
-                  {6, kByHandListed, 2, "second.icc", "", kOnDisk, 0}});
+    expectStored({kHidden, {1, kByHandListed, 1, "mine.icc", "On the printer", kOnDisk, 0}, kByHand});
 }
 
 TEST_F(ProfileWindowTest, IsClosedAndNothingIsDiscoveredForAUserWhoMayNotManageTheLists)
