@@ -173,13 +173,13 @@ TEST_F(InstalledHelperTest, RootIsGivenUpForGoodBeforeTheWalk)
     sandbox.write(fs::relative(walker, root), R"(#!/bin/sh
 grep -E '^(Uid|Gid|SigIgn|CapPrm)' /proc/$$/status
 tr '\0' '|' </proc/$$/environ
-ulimit -n
+awk '/^Max file size/ { print $4 }' /proc/$$/limits
 )");
     fs::permissions(walker, fs::perms(0755));
     as(kAnna);
-    program.insert(program.begin(), {"prlimit", "--nofile=55"});
+    program.insert(program.begin(), {"prlimit", "--fsize=4096:"});
     EXPECT_EQ(run(walkCommand("anna", "127.0.0.1")).out,
               "Uid:\t70001\t70001\t70001\t70001\nGid:\t70101\t70101\t70101\t70101\n"
-              "SigIgn:\t0000000000000000\nCapPrm:\t0000000000000000\nPATH=/usr/bin:/bin|LC_ALL=C|55\n")
+              "SigIgn:\t0000000000000000\nCapPrm:\t0000000000000000\nPATH=/usr/bin:/bin|LC_ALL=C|4096\n")
         << "with his own limits";
 }
