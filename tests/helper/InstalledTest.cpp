@@ -173,7 +173,8 @@ TEST_F(InstalledHelperTest, RootIsGivenUpForGoodBeforeTheWalk)
     sandbox.write(fs::relative(walker, root), R"(#!/bin/sh
 grep -E '^(Uid|Gid|SigIgn|CapPrm)' /proc/$$/status
 tr '\0' '|' </proc/$$/environ
-awk '/^Max file size/ { print $4 }' /proc/$$/limits
+set -- $(grep 'Max file size' /proc/$$/limits)
+echo $4
 )");
     fs::permissions(walker, fs::perms(0755));
     as(kAnna);
