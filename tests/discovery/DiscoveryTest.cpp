@@ -212,7 +212,7 @@ TEST_F(Discovery, LooksAheadQuicklyButGently)
         EXPECT_EQ(numprinted, 350);
         EXPECT_LE(asked("GETNEXT"), window == 1 ? 351 : 351 + 16) << "few guesses are in vain";
     }
-    EXPECT_LT(taken[1] * 4, taken[0]);
+    EXPECT_LT(taken[1] * 2, taken[0]);
 
     EXPECT_EQ(walk(rows(50), {"--fault", "silent", "--fault-after", "60"}, {"-t", "0.1", "-r", "2"}), 1);
     const std::string second = "GETNEXT ." + kTable + ".2.1.";
