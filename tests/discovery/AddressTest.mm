@@ -29,13 +29,11 @@ std::string agentFor(PMPrintSession session)
     root.replaceHelper("echo \"$1 $2 ${10}\" >>\"$0.log\"\necho $1=TRUE\n");
     EXPECT_EQ([PDECommon commonGetProfilesFromMIB:session], 0);
     const std::string asked = readFile(helperExecutable() + ".log");
-    const size_t copied = asked.find("velPListSwapProfile_XPC 2 \n");
-    EXPECT_NE(copied, asked.npos) << asked;
-    const std::string before = "\nmibwalk_XPC R4270 ";
-    const size_t walk = asked.find(before, copied);
-    if (walk == asked.npos)
-        return "";
-    return asked.substr(walk + before.size(), asked.size() - walk - before.size() - 1);
+    const std::string copied = "velPListIsAdminProfile_XPC " + currentListPath() +
+                               " \nvelPListSwapProfile_XPC 2 \n",
+                      walk = copied + "mibwalk_XPC R4270 ";
+    EXPECT_TRUE(asked.starts_with(copied)) << asked;
+    return asked.starts_with(walk) ? asked.substr(walk.size(), asked.size() - walk.size() - 1) : "";
 }
 
 // In a network of its own with nothing but a loopback interface, so that nothing is announced to anybody. The

@@ -103,6 +103,7 @@ TEST_F(ProfilectlTest, SaysWhatIsWrongWithACommandANameOrAnImportedFile)
         {{"add", "--class", "rgb", "a b.icc"}, 2, "no profile file name"},
         {{"add", "--class", "rgb", "a.icc", "--name", std::string(30, 'n') + "\xC3\xA9"}, 2, "32 bytes"},
         {{"add", "--class", "rgb", "a.icc", "--name", "bell\x07"}, 2, "cannot be shown"},
+        {{"add", "--class", "rgb", "a.icc", "--name", "\u202Egpj.exe"}, 2, "cannot be shown"},
         {{}, 2, "commands are list"},
         {{"bogus"}, 2, "no command \"bogus\""},
         {{"add", "a.icc"}, 2, "--class"},

@@ -10,12 +10,16 @@
 /// asks at its port.
 class SimulatedPrinter {
 public:
-    /// Serves from here on, or has ended: log() tells why. `options` are the program's own.
+    /// Serves from here on, or has ended: log() tells why. `options` are the program's own; "@" at the end of
+    /// one stands for the port.
     explicit SimulatedPrinter(const std::string& table, const std::vector<std::string>& options = {})
     {
         std::vector<std::string> command = {PDE_BUILD_DIR "/printer/r4270-printer", "--verbose", "--port",
                                             std::to_string(port_), sandbox_.write("table", table)};
         command.insert(command.end(), options.begin(), options.end());
+        for (std::string& word : command)
+            if (word.ends_with('@'))
+                word.replace(word.size() - 1, 1, std::to_string(port_));
         sandbox_.write("snmp.conf", "defaultPort " + std::to_string(port_) + "\n");
         process_.emplace(command, sandbox_ / "log");
         waitUntil([this] { return !running() || log().find("serving") != std::string::npos; });
