@@ -47,7 +47,7 @@ static NSString* textOf(const JobState& state, int allPages)
         [parts addObject:[NSString stringWithFormat:localized(@"page %d of %d"), state.pages, allPages]];
     else if (state.pages > 0)
         [parts addObject:[NSString stringWithFormat:localized(@"page %d"), state.pages]];
-    else if (allPages > 0)
+    else if (allPages > 1)
         [parts addObject:[NSString stringWithFormat:localized(@"%d pages"), allPages]];
     for (const std::string& reason : state.printerReasons)
         if (reason != "none" && state.phase < JobPhase::Cancelled)

@@ -1,5 +1,5 @@
-// What the walks of the printer's table do not show: what net-snmp's own commands get, what the printer
-// refuses, and that its PPD keeps to the format.
+// What the walks of the printer's table do not show: what net-snmp's own commands get, and that its PPD keeps
+// to the format.
 #include "support/SimulatedPrinter.h"
 
 #include <cups/ppd.h>
@@ -48,25 +48,6 @@ TEST(SimulatedPrinter, ServesTheProfilesOfItsFileColumnByColumn)
     EXPECT_EQ(ask(printer, "snmpwalk", ""), kTwoProfilesWalked) << "a wrong table is not taken";
     printer.changeTable("");
     EXPECT_EQ(ask(printer, "snmpwalk", ""), "End of MIB\n");
-}
-
-TEST(SimulatedPrinter, SaysWhatItDoesNotTake)
-{
-    const std::tuple<const char*, Words, const char*> cases[] = {
-        {"\n# fine\nprofil 1", {}, "/table:3: a line begins with \"profile\" or \"object\", not with"},
-        {"profile x", {}, "/table:1: the row is not a number in range: x"},
-        {"profile 1 4 \"Name\" \"FILE", {}, "/table:1: the file name has no closing quote"},
-        {"profile 1 4 \"N\" \"F\" 1\nprofile 1 4 \"N\" \"F\" 1", {}, "/table:2: row 1 is there already"},
-        {"object 1.1.1 i five", {}, "/table:1: not a value of the type i: five"},
-        {"", {"--address", "192.0.2.1"}, "cannot listen at 192.0.2.1:"},
-        {"", {"--fault", "error"}, "fault error: it takes a value"},
-        {"", {"another table"}, "another table"},
-    };
-    for (const auto& [table, options, message] : cases) {
-        SimulatedPrinter refused(table, options);
-        EXPECT_FALSE(refused.running()) << message;
-        EXPECT_NE(refused.log().find(message), std::string::npos) << message << "\n" << refused.log();
-    }
 }
 
 TEST(SamplePpd, KeepsToTheFormatInAllItsLanguagesAndConflictsOnlyWhereTheUserMakesIt)
