@@ -1,8 +1,7 @@
 // The dialog under a person's hands: real clicks and keys through the X server.
+#include "support/DriverRoot.h"
 #include "support/Process.h"
-#include "support/Sandbox.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <optional>
 #include <regex>
@@ -15,20 +14,14 @@ class Lists : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        namespace fs = std::filesystem;
-        fs::create_directories(sandbox_ /
-                               "Library/Printers/QUORVEX/Preferences/vendor.quorvex.printers.R4270");
-        fs::create_symlink(PDE_BUILD_DIR "/root/Library/Application Support",
-                           sandbox_ / "Library/Application Support");
-        dialog_.emplace(Steps{PDE_BUILD_DIR "/bin/printdialog", "--settings", settings()},
-                        sandbox_.path() / "log",
-                        Steps{"PDE_ROOT=" + sandbox_.path().string(), "CUPS_SERVER=/nowhere", "LANGUAGE=en"});
+        dialog_.emplace(Steps{PDE_BUILD_DIR "/bin/printdialog", "--settings", settings()}, root_ / "log",
+                        Steps{"CUPS_SERVER=/nowhere", "LANGUAGE=en"});
         ASSERT_TRUE(waitUntil([] { return hasWindow("^Print$"); }, std::chrono::seconds(30)));
         sleepMilliseconds(1500);
         hands("search --onlyvisible --name ^Print$ windowfocus");
     }
 
-    std::string settings() const { return sandbox_.path() / "settings.plist"; }
+    std::string settings() const { return root_ / "settings.plist"; }
 
     static std::string hands(const std::string& arguments)
     {
@@ -67,7 +60,7 @@ protected:
         return std::regex_search(readFile(settings()), entry);
     }
 
-    Sandbox sandbox_;
+    DriverRoot root_;
     std::optional<BackgroundProcess> dialog_;
 };
 

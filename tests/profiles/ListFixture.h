@@ -1,11 +1,10 @@
 #pragma once
 
-#include "profiles/DriverPaths.h"
 #include "profiles/ProfileListFile.h"
 #include "profiles/ProfileListOperations.h"
 #include "profiles/ProfileName.h"
+#include "support/DriverRoot.h"
 #include "support/Process.h"
-#include "support/Sandbox.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -18,18 +17,15 @@ protected:
     {
         // A new file each time: writing over an old one waits for the disk.
         std::filesystem::remove(currentListPath());
-        sandbox.write(std::filesystem::path(currentListPath()).lexically_relative(sandbox.path()), text);
+        sandbox.write(currentListPath(), text);
     }
 
     /// Puts a shell script where the helper belongs, which logs the `n`th call before `answer`.
     void installHelper(const std::string& answer)
     {
-        std::filesystem::path program = helperExecutable();
-        sandbox.write(program.lexically_relative(sandbox.path()),
-                      "#!/bin/sh\necho \"$1\" >>\"$PDE_ROOT/commands\"\nn=$(wc -l <\"$PDE_ROOT/commands\")\n"
-                      "echo \"$(printf '%s|' \"$@\")\" >>\"$PDE_ROOT/calls\"\n" +
-                          answer + "\n");
-        std::filesystem::permissions(program, std::filesystem::perms(0755));
+        sandbox.replaceHelper("echo \"$1\" >>\"$PDE_ROOT/commands\"\nn=$(wc -l <\"$PDE_ROOT/commands\")\n"
+                              "echo \"$(printf '%s|' \"$@\")\" >>\"$PDE_ROOT/calls\"\n" +
+                              answer + "\n");
     }
 
     /// The names of the commands so far, and the commands with their arguments, each followed by "|": a line
@@ -42,8 +38,7 @@ protected:
     ProfileList& sim() { return lists[kSimList]; }
     ProfileList& dst() { return lists[kDstList]; }
 
-    Sandbox sandbox;
-    ScopedVariable root{"PDE_ROOT", sandbox.path()};
+    DriverRoot sandbox;
     std::unique_ptr<ProfileList[]> lists = std::make_unique<ProfileList[]>(kProfileListCount);
 };
 

@@ -3,7 +3,6 @@
 
 #include <regex>
 
-namespace fs = std::filesystem;
 using nlohmann::json;
 
 namespace {
@@ -25,26 +24,9 @@ json shown(const ProfileList& list)
 /// The window in the print dialog, with the helper in place and a list file of the test's own.
 class ProfileWindowTest : public ListFixture {
 protected:
-    ProfileWindowTest()
-    {
-        fs::path program = helperExecutable();
-        fs::create_directories(program.parent_path());
-        fs::create_symlink(PDE_HELPER, program);
-        fs::create_directories(preferencesFolder());
-        fs::path icon = fileExistsIcon();
-        fs::create_directories(icon.parent_path());
-        fs::copy_file(PDE_SOURCE_DIR "/PDE_COL/Resources/fileExistqxR4270.icns", icon);
-    }
-
     void store(const std::vector<ProfileRecord>& records)
     {
         writeListFile(listFileText(listOf(records), {}, {}));
-    }
-
-    void replaceHelper(const std::string& script)
-    {
-        fs::remove(helperExecutable());
-        installHelper(script);
     }
 
     /// A line of the script, and what the window should show after it ("" for anything).
@@ -58,9 +40,8 @@ protected:
         std::vector<std::string> script = {"open", "restore"};
         for (const Step& step : steps)
             script.push_back(step.line);
-        DialogRun dialog =
-            runDialog({"--ppd", PDE_SOURCE_DIR "/printer/R4270.ppd", "--queue", "test", "--device-uri", uri},
-                      script, {"PDE_ROOT=" + sandbox.path().string()});
+        DialogRun dialog = runDialog(
+            {"--ppd", PDE_SOURCE_DIR "/printer/R4270.ppd", "--queue", "test", "--device-uri", uri}, script);
         EXPECT_EQ(dialog.process.status, 0) << dialog.process.err;
         for (size_t i = 0; i < steps.size(); ++i) {
             EXPECT_FALSE(dialog[i + 2].contains("error")) << steps[i].line << ": " << dialog[i + 2];
@@ -199,7 +180,7 @@ TEST_F(ProfileWindowTest, ForgetsWhatWasCancelledAndKeepsThePrintersProfilesThat
 
 TEST_F(ProfileWindowTest, IsClosedAndNothingIsDiscoveredForAUserWhoMayNotManageTheLists)
 {
-    replaceHelper("echo \"$1=FALSE\"; exit 1");
+    installHelper("echo \"$1=FALSE\"; exit 1");
     DialogRun dialog = run(kNetworkQueue, {{"view", ""}, {"controls", ""}});
     EXPECT_EQ(controlRow(dialog[3], "button_ManageProfile")["enabled"], false);
     EXPECT_EQ(commands(), "velPListIsAdminProfile_XPC\nvelPListIsAdminProfile_XPC\n");
@@ -212,7 +193,7 @@ TEST_F(ProfileWindowTest, KeepsAFullListWhenNothingCanBeAddedAndTheHelperRefuses
         records.push_back(record(kByHandListed, "file" + std::to_string(i) + ".icc"));
     store(records);
     std::string before = readFile(currentListPath()), rows(kProfileSlots, 'x');
-    replaceHelper(
+    installHelper(
         "[ \"$1\" = velPListIsAdminProfile_XPC ] && echo \"$1=TRUE\" || { echo \"$1=FALSE\"; exit 1; }");
     DialogRun dialog = run(kNetworkQueue, {{"press button_ManageProfile", ""},
                                            {"press _addButton", ""},

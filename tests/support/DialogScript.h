@@ -19,15 +19,15 @@ struct DialogRun {
     }
 };
 
-/// Runs `printdialog` with the arguments, driven by the script's lines. Needs a display. Unless the
-/// environment says otherwise with PDE_ROOT, the driver's files are an empty folder.
-inline DialogRun runDialog(std::vector<std::string> arguments, const std::vector<std::string>& script,
-                           std::vector<std::string> environment = {})
+/// Runs `printdialog` with the arguments, driven by the script's lines. Needs a display. The
+/// driver's files are those of a DriverRoot that is alive, else an empty folder.
+inline DialogRun runDialog(std::vector<std::string> arguments, const std::vector<std::string>& script)
 {
     arguments.insert(arguments.begin(), {PDE_BUILD_DIR "/bin/printdialog", "--script", "-"});
     Sandbox root;
-    environment.insert(environment.begin(), "PDE_ROOT=" + root.path().string());
-    ProcessOptions options{.environment = environment, .timeout = std::chrono::seconds(60)};
+    ProcessOptions options{.timeout = std::chrono::seconds(60)};
+    if (getenv("PDE_ROOT") == nullptr)
+        options.environment = {"PDE_ROOT=" + root.path().string()};
     for (const std::string& line : script)
         options.input += line + "\n";
     DialogRun run{runProcess(arguments, options), {}};
