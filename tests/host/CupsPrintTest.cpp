@@ -9,8 +9,6 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-const char* const kPpd = PDE_SOURCE_DIR "/printer/R4270.ppd";
-
 /// PostScript of five pages, with one letter on the first and five on the last.
 std::string fivePages(char letter)
 {
@@ -39,15 +37,8 @@ std::string rest(std::string text)
     return text;
 }
 
-class CupsPrint : public ::testing::Test {
+class CupsPrint : public PrivateCups {
 protected:
-    void SetUp() override
-    {
-        if (!PrivateCups::installed())
-            GTEST_SKIP() << "no CUPS server with its filters is installed";
-        ASSERT_TRUE(cups_.addQueue("Office", kPpd)) << cups_.problem();
-    }
-
     /// Chooses the last or the second item of every pop-up and ticks both boxes or neither, prints, and
     /// requires the code of each of the 26 choices among the bytes, and the same bytes when `lp` is given the
     /// options.
@@ -79,23 +70,16 @@ protected:
         script.insert(script.end(), ticks.begin(), ticks.end()); // they disable pop-ups
         script.insert(script.end(), {"print", "job"});
         DialogRun run = runDialog(arguments, script);
-        std::string data = received(run[script.size() - 2].value("job", 0));
+        EXPECT_EQ(run[script.size() - 2].value("job", 0), ++jobs_);
+        std::string data = receivedJob(jobs_);
         for (const std::string& code : expected)
             EXPECT_NE(data.find(code), std::string::npos) << code << run.process.out << run.process.err;
         for (const auto& [name, value] : run[script.size() - 1]["options"].items())
             lp.insert(lp.end(), {"-o", name + "=" + value.get<std::string>()});
         lp.insert(lp.end(), files.begin(), files.end());
-        EXPECT_TRUE(cups_.administer(lp)) << cups_.problem();
-        EXPECT_EQ(rest(data), rest(received(jobs_ + 1)));
+        administer(lp);
+        EXPECT_EQ(rest(data), rest(receivedJob(++jobs_)));
         return data;
-    }
-
-    std::string received(int job)
-    {
-        EXPECT_EQ(job, ++jobs_);
-        auto result = cups_.receivedJob(job);
-        EXPECT_TRUE(result) << cups_.log();
-        return result.value_or(PrivateCups::Job()).data;
     }
 
     /// How many letters each side has that comes out of a printer.
@@ -113,16 +97,17 @@ protected:
         return letters;
     }
 
-    PrivateCups cups_;
     Sandbox sandbox_;
     int jobs_ = 0;
 };
 
-TEST_F(CupsPrint, PutsChoicesPagesCopiesAndLayoutIntoTheBytesOfAnyTypeAndNothingElse)
+TEST_F(CupsPrint, PutsChoicesPagesCopiesAndLayoutIntoTheBytesOfWholeJobsOfAnyTypeAndNothingElse)
 {
     std::string z = sandbox_.write("z.ps", fivePages('Z')), a = sandbox_.write("a.ps", fivePages('A'));
     std::string pdf = sandbox_ / "five.pdf", text = sandbox_.write("five.txt", "A\fAA\fAAA\fAAAA\fAAAAA\n");
     ASSERT_EQ(runProcess({"ps2pdf", a, pdf}).status, 0);
+    DialogRun half = runDialog({"--printer", "Office", a, "/nowhere.ps"}, {"open", "print"});
+    EXPECT_NE(half[1].value("error", "").find("/nowhere.ps"), std::string::npos) << half[1];
     for (const Names& files : {Names{z, a}, {pdf}, {text}}) {
         SCOPED_TRACE(files[0]);
         std::string some =
@@ -142,15 +127,6 @@ TEST_F(CupsPrint, PutsChoicesPagesCopiesAndLayoutIntoTheBytesOfAnyTypeAndNothing
                                      false);
         EXPECT_EQ(lettersOf(sheets), "573573");
     }
-}
-
-TEST_F(CupsPrint, SendsNoJobOfWhichAPartIsMissing)
-{
-    std::string page = sandbox_.write("a.ps", fivePages('A'));
-    DialogRun half = runDialog({"--printer", "Office", page, "/nowhere.ps"}, {"open", "print"});
-    EXPECT_NE(half[1].value("error", "").find("/nowhere.ps"), std::string::npos) << half[1];
-    DialogRun whole = runDialog({"--printer", "Office", page}, {"open", "print"});
-    EXPECT_EQ(whole[1].value("job", 0), 1) << "the first job of all";
 }
 
 } // namespace
