@@ -1,6 +1,7 @@
-// What the panel keeps in the print settings, and the profiles of a list file in its menus.
+// What the panel keeps in the print settings, the profiles of a list file in its menus, and its end.
 #include "../bench/HostedPanel.h"
 #include "panels/ControlTableView.h"
+#include "plugin/PDEPlugInInterface.h"
 #include "profiles/ListFixture.h"
 #include "profiles/ProfilePath.h"
 #include "support/SamplePpd.h"
@@ -13,7 +14,7 @@ using Values = std::vector<int>;
 
 class Settings : public ListFixture {
 protected:
-    void open(const std::string& ppd = samplePpd())
+    void open(const std::string& ppd = readFile(kPpd))
     {
         hosted.emplace(sandbox.write("printer.ppd", ppd));
         [hosted->panel() supportedPPDOptionKeys];
@@ -80,6 +81,13 @@ protected:
     NSPopUpButton* source = nil;
 };
 
+void* pointerIn(id object, const char* name)
+{
+    void* value = nullptr;
+    object_getInstanceVariable(object, name, &value);
+    return value;
+}
+
 } // namespace
 
 TEST_F(Settings, KeepChoicesUnderModelAndQueueAndAtTheTop)
@@ -137,7 +145,7 @@ TEST_F(Settings, GiveBackWhatThePpdKnowsAndElseTheValueBefore)
 
 TEST_F(Settings, TakeAndTellNothingOfAControlWithoutAValue)
 {
-    open(replaced(samplePpd(), "*VelEconoMode False/Off: \"userdict /VelEconoMode false put\"\n", ""));
+    open(replaced(readFile(kPpd), "*VelEconoMode False/Off: \"userdict /VelEconoMode false put\"\n", ""));
     save({3, -1, 0, 1});
     EXPECT_EQ([values() objectForKey:@"VelBrightness"], nil);
     EXPECT_EQ([values() objectForKey:@"VelEconoMode"], nil);
@@ -152,7 +160,7 @@ TEST_F(Settings, TakeAndTellNothingOfAControlWithoutAValue)
 TEST_F(Settings, ShowTheListedProfilesOfEachListAndOneItemATitle)
 {
     // A choice of the PPD keeps its place beside a profile's item with the same title.
-    open(replaced(samplePpd(), "sRGB/sRGB:", "sRGB/odd.icc(Profile 9)Disk:"));
+    open(replaced(readFile(kPpd), "sRGB/sRGB:", "sRGB/odd.icc(Profile 9)Disk:"));
     keep({record(kFoundListed, "a.icc"), record(kGoneHidden), record(kFoundHidden), record(kByHandHidden),
           record(kGoneListed, "gone.icc", kOnCard), record(kByHandListed, "hand.icc", 0),
           record(9, "odd.icc"), record(kFoundListed, "a.icc")},
@@ -219,4 +227,22 @@ TEST_F(Settings, KeepAProfilesCodedPathAndFlagAndFindOnlyWhatIsListed)
         [hosted->settings() replaceValues:@{@"R4270" : @{@"Test_Queue" : stored}}];
         EXPECT_EQ(position(), kDefault) << [[odd description] UTF8String];
     }
+}
+
+TEST(Panel, IsLoadedOnceOnDemandAndDoneWithOnceWhicheverWayTheDialogSaysSo)
+{
+    HostedPanel hosted;
+    PDEPlugInInterface* panel = (PDEPlugInInterface*)hosted.panel();
+    EXPECT_EQ(hosted.part(@"pdeMainView"), nil);
+    NSView* view = [panel panelView];
+    [panel supportedPPDOptionKeys];
+    EXPECT_EQ([panel panelView], view);
+    NSObject* callback = (NSObject*)pointerIn(panel, "pdePluginCallbackObject");
+    NSUInteger references = [callback retainCount];
+    [panel printWindowWillClose:nil];
+    [panel terminate];
+    EXPECT_EQ([callback retainCount], references - 1);
+    EXPECT_EQ(pointerIn(panel, "compTable"), nullptr);
+    EXPECT_EQ(pointerIn(hosted.part(@"profileControl"), "constTable"), nullptr);
+    [panel constraints:nil];
 }

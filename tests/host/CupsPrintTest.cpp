@@ -4,6 +4,7 @@
 
 #include <cups/ppd.h>
 #include <gtest/gtest.h>
+#include <regex>
 
 namespace {
 
@@ -29,12 +30,9 @@ int count(const std::string& text, const std::string& part)
 }
 
 /// Without what names the job.
-std::string rest(std::string text)
+std::string rest(const std::string& text)
 {
-    for (const char* begin : {"%%For", "%%Title", "%%CreationDate"})
-        for (size_t at; (at = text.find(begin)) != std::string::npos;)
-            text.erase(at, text.find('\n', at) - at);
-    return text;
+    return std::regex_replace(text, std::regex("%%(For|Title|CreationDate).*"), "");
 }
 
 class CupsPrint : public PrivateCups {

@@ -196,7 +196,7 @@ constexpr auto kNowhere = std::string::npos;
 
 } // namespace
 
-TEST_F(DialogActions, TakesWholeCopiesAndAscendingPages)
+TEST_F(DialogActions, TakesWholeCopiesAndAscendingPagesAndSaysHowFarTheJobIsAndCancelsIt)
 {
     for (const auto& [copies, pages] : {std::pair<std::string, std::string>("3x", ""),
                                         {"0", ""},
@@ -215,6 +215,17 @@ TEST_F(DialogActions, TakesWholeCopiesAndAscendingPages)
     [[dialog_ window] setCopies:2 pageRanges:@"1-3, 5"];
     print({"Close"});
     EXPECT_TRUE(waitUntil([] { return jobState("Office", 1)->pages == 8; })) << "two copies of four pages";
+    administer({"/usr/sbin/cupsdisable", "Office"});
+    open("Office");
+    [[dialog_ window] setCopies:2 pageRanges:@"2-3,5-9"];
+    std::string said = print({"Cancel Job", "Close"});
+    EXPECT_NE(said.find("Job 2: waiting, 6 pages, the printer has stopped: paused"), kNowhere) << said;
+    EXPECT_EQ(jobState("Office", 2)->phase, JobPhase::Cancelled);
+    EXPECT_EQ(jobState("Office", 3)->phase, JobPhase::Gone) << "one job, not two";
+    std::string late = "%!PS\n%%Pages: (atend)\n" + std::string(5000, '%') + "\n%%Trailer\n%%Pages: 7\n";
+    std::string ps = home_.write("late.ps", late), text = home_.write("a.txt", "%%Pages: 3\n");
+    EXPECT_EQ(sidesOfJob({.files = {file_, ps}, .options = {{"number-up", "2"}, {"page-ranges", "2-9"}}}), 5);
+    EXPECT_EQ(sidesOfJob({.files = {file_, text}}), 0) << "text does not tell";
 }
 
 TEST_F(DialogActions, KeepsTheChoicesOfEachPrinterAndPresetsForAllOfTheModel)
@@ -320,20 +331,6 @@ TEST_F(DialogActions, NamesChoicesThatDoNotGoTogetherAndAsks)
         << "of two conflicts, the options of one";
     print({"Print", "Close"});
     EXPECT_NE(receivedJob(1), "");
-}
-
-TEST_F(DialogActions, SaysHowFarTheJobIsAndWhatKeepsItAndCancelsIt)
-{
-    administer({"/usr/sbin/cupsdisable", "Office"});
-    [[dialog_ window] setCopies:2 pageRanges:@"2-3,5-9"];
-    std::string said = print({"Cancel Job", "Close"});
-    EXPECT_NE(said.find("Job 1: waiting, 6 pages, the printer has stopped: paused"), kNowhere) << said;
-    EXPECT_EQ(jobState("Office", 1)->phase, JobPhase::Cancelled);
-    EXPECT_EQ(jobState("Office", 2)->phase, JobPhase::Gone) << "one job, not two";
-    std::string late = "%!PS\n%%Pages: (atend)\n" + std::string(5000, '%') + "\n%%Trailer\n%%Pages: 7\n";
-    std::string ps = home_.write("late.ps", late), text = home_.write("a.txt", "%%Pages: 3\n");
-    EXPECT_EQ(sidesOfJob({.files = {file_, ps}, .options = {{"number-up", "2"}, {"page-ranges", "2-9"}}}), 5);
-    EXPECT_EQ(sidesOfJob({.files = {file_, text}}), 0) << "text does not tell";
 }
 
 TEST_F(DialogActions, BeginsOnTheDefaultPrinterElseOnOneThatThePanelServes)

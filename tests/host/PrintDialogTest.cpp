@@ -1,7 +1,5 @@
 // The print dialog driven by scripts, as the documented lines say, on good PPDs and bad ones.
 #include "support/DialogScript.h"
-#include "support/SamplePpd.h"
-#include "support/Sandbox.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +7,6 @@ using nlohmann::json;
 
 namespace {
 
-const std::string kPpd = PDE_SOURCE_DIR "/printer/R4270.ppd";
 TEST(PrintDialog, AnswersWhatCannotBeDoneWithAnErrorAndGoesOn)
 {
     Sandbox sandbox;
@@ -44,7 +41,7 @@ TEST(PrintDialog, AnswersWhatCannotBeDoneWithAnErrorAndGoesOn)
 
 TEST(PrintDialog, OpensABrokenPpdWithTheItemsThatAreLeft)
 {
-    const std::string good = samplePpd(), halftones = "*CloseUI: *VelTextHalftone";
+    const std::string good = readFile(kPpd), halftones = "*CloseUI: *VelTextHalftone";
     std::string many;
     for (int i = 0; i < 296; ++i)
         many += "*VelTextHalftone Extra" + std::to_string(i) + "/Extra " + std::to_string(i) + ": \"\"\n";

@@ -1,8 +1,6 @@
 // The panel's rules and presets in the print dialog, said as a user would say them.
 #include "panels/PresetRules.h"
 #include "support/DialogScript.h"
-#include "support/SamplePpd.h"
-#include "support/Sandbox.h"
 
 #include <cups/ppd.h>
 #include <gtest/gtest.h>
@@ -15,7 +13,6 @@ namespace {
 using nlohmann::json;
 using Lines = std::vector<std::string>;
 
-const char* const kPpd = PDE_SOURCE_DIR "/printer/R4270.ppd";
 const Lines kOpen = {"open",    "view",    "choose menu_QuickColor 3", "controls",
                      "restore", "summary", "choose menu_QuickColor 3"};
 
@@ -36,41 +33,39 @@ std::string choose(const std::string& menu, int item)
 /// State `n` below 64 of the controls that decide, each setting in all combinations with those that decide on
 /// the same control: what leads to it, and which controls may then be used.
 struct State {
-    explicit State(int n);
+    explicit State(int n)
+    {
+        const int gray = n & 1, a = n >> 1 & 1, b = n >> 2 & 1, c = n >> 3 & 1, economy = n >> 4 & 1;
+        const int edge = n >> 5 & 1, quick = (n ^ n >> 3) & 3, simulation = a ^ c;
+        const int source[] = {a, b * 3, c}, destination[] = {b, c * 2, a * 3};
+        lines = {"check check_ColorAsGrayscale 0", choose("menu_EdgeStrength", edge * 2),
+                 choose("menu_sSimulationProfile", simulation)};
+        enabled = {{"menu_QuickColor", true},
+                   {"menu_Brightness", true},
+                   {"menu_EdgeStrength", true},
+                   {"button_AdvanceColorOptions", quick == 3},
+                   {"menu_sSimulationProfile", !gray},
+                   {"menu_sMatchPaperColor", !gray && simulation},
+                   {"menu_sCMYKGrayTreatment", !gray && simulation}};
+        for (int i = 0; i < 3; ++i) {
+            std::string menu = std::string("menu_") + "itg"[i];
+            lines.push_back(choose(menu + "RGBSource", source[i]));
+            lines.push_back(choose(menu + "DestinationProfile", destination[i]));
+            enabled[menu + "RGBSource"] = enabled[menu + "DestinationProfile"] = !gray;
+            enabled[menu + "RGBIntent"] = !gray && source[i];
+            enabled[menu + "RGBGrayTreatment"] = !gray && !destination[i];
+            enabled[menu + "Halftone"] = true;
+            // Economy mode lowers the edges of images and graphics, never those of text.
+            enabled[menu + "EdgeEnhancement"] = edge && (!economy || i == 1);
+        }
+        lines.insert(lines.end(), {"check check_EconomyPrint " + std::to_string(economy),
+                                   "check check_ColorAsGrayscale " + std::to_string(gray),
+                                   choose("menu_QuickColor", quick), "controls"});
+    }
 
     Lines lines;
     std::map<std::string, bool> enabled;
 };
-
-State::State(int n)
-{
-    const int gray = n & 1, a = n >> 1 & 1, b = n >> 2 & 1, c = n >> 3 & 1, economy = n >> 4 & 1;
-    const int edge = n >> 5 & 1, quick = (n ^ n >> 3) & 3, simulation = a ^ c;
-    const int source[] = {a, b * 3, c}, destination[] = {b, c * 2, a * 3};
-    lines = {"check check_ColorAsGrayscale 0", choose("menu_EdgeStrength", edge * 2),
-             choose("menu_sSimulationProfile", simulation)};
-    enabled = {{"menu_QuickColor", true},
-               {"menu_Brightness", true},
-               {"menu_EdgeStrength", true},
-               {"button_AdvanceColorOptions", quick == 3},
-               {"menu_sSimulationProfile", !gray},
-               {"menu_sMatchPaperColor", !gray && simulation},
-               {"menu_sCMYKGrayTreatment", !gray && simulation}};
-    for (int i = 0; i < 3; ++i) {
-        std::string menu = std::string("menu_") + "itg"[i];
-        lines.push_back(choose(menu + "RGBSource", source[i]));
-        lines.push_back(choose(menu + "DestinationProfile", destination[i]));
-        enabled[menu + "RGBSource"] = enabled[menu + "DestinationProfile"] = !gray;
-        enabled[menu + "RGBIntent"] = !gray && source[i];
-        enabled[menu + "RGBGrayTreatment"] = !gray && !destination[i];
-        enabled[menu + "Halftone"] = true;
-        // Economy mode lowers the edges of images and graphics, never those of text.
-        enabled[menu + "EdgeEnhancement"] = edge && (!economy || i == 1);
-    }
-    lines.insert(lines.end(), {"check check_EconomyPrint " + std::to_string(economy),
-                               "check check_ColorAsGrayscale " + std::to_string(gray),
-                               choose("menu_QuickColor", quick), "controls"});
-}
 
 /// An advanced setting: its pop-up, its key, its name in the summary.
 struct Setting {
@@ -162,7 +157,7 @@ TEST(PanelRules, LeaveOutAnItemThatThePpdLacksAndKeepChoicesOfOneTextApart)
 {
     Sandbox sandbox;
     std::string text =
-        replaced(samplePpd(), "*DefaultVelImageHalftone: Gradation", "*DefaultVelImageHalftone: Auto");
+        replaced(readFile(kPpd), "*DefaultVelImageHalftone: Gradation", "*DefaultVelImageHalftone: Auto");
     for (const char* without : {"Gradation", "Detail", "ErrorDiffusion"})
         text = replaced(text, std::string("*VelImageHalftone ") + without, "*%");
     text = replaced(text, "*VelTextHalftone Detail/Detail:", "*VelTextHalftone Detail/Gradation:");

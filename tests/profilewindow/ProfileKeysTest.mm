@@ -113,13 +113,6 @@ protected:
         for (char16_t key : keys)
             press(ns({key}));
     }
-    void paste(NSString* text)
-    {
-        NSPasteboard* pasteboard = [NSPasteboard generalPasteboard];
-        [pasteboard declareTypes:@[ NSStringPboardType ] owner:nil];
-        [pasteboard setString:text forType:NSStringPboardType];
-        [editor() paste:nil];
-    }
 
     /// Begins an edit of a field with these rules.
     void use(Rules rules)
@@ -205,7 +198,7 @@ TEST_F(ProfileKeys, LeaveNoModalRunBehindAClosedWindow)
     [NSApp endModalSession:run];
 }
 
-TEST_F(ProfileKeys, TakeAChangeBackToTheTextSetByTheWindow)
+TEST_F(ProfileKeys, EditANameByItsRulesWhateverIsSetTypedAndPasted)
 {
     use(kFileName);
     type(u"a");
@@ -213,12 +206,10 @@ TEST_F(ProfileKeys, TakeAChangeBackToTheTextSetByTheWindow)
     [editor() setSelectedRange:NSMakeRange(1, 0)];
     type(u".");
     EXPECT_EQ(state(), "browsed.icc | 1+0 enabled");
-}
 
-TEST_F(ProfileKeys, EditANameByItsRulesWhateverIsTypedAndPasted)
-{
     const std::u16string alphabet[] = {u"a", u"Z", u"7", u"b", u".",      u".",          u" ",
                                        u"@", u"+", u"~", u"%", u"\u00E9", u"\U0001F600", u"\""};
+    NSPasteboard* pasteboard = [NSPasteboard generalPasteboard];
     std::mt19937 random(1);
     auto below = [&](size_t n) { return std::uniform_int_distribution<size_t>(0, n - 1)(random); };
     for (const Rules& rules : {kFileName, Rules{0, 30, 0}, Rules{1, 8, 2}, Rules{2, 6, 0}, Rules{3, 5, 1},
@@ -238,10 +229,13 @@ TEST_F(ProfileKeys, EditANameByItsRulesWhateverIsTypedAndPasted)
             std::string before = state();
             [editor() setSelectedRange:NSMakeRange(start, length)];
             model.edit(start, length, input);
-            if (kind < 6)
+            if (kind < 6) {
                 press(input.empty() ? @"\177" : ns(input));
-            else
-                paste(ns(input));
+            } else {
+                [pasteboard declareTypes:@[ NSStringPboardType ] owner:nil];
+                [pasteboard setString:ns(input) forType:NSStringPboardType];
+                [editor() paste:nil];
+            }
             ASSERT_EQ(state(), shown(ns(model.text), NSMakeRange(model.caret, 0), model.usable()))
                 << "key " << rules.key << " length " << rules.maxLen << " edit of '" << before << "' at "
                 << start << "+" << length << " '" << [ns(input) UTF8String] << "' kind " << kind;

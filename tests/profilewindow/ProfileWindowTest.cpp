@@ -40,8 +40,7 @@ protected:
         std::vector<std::string> script = {"open", "restore"};
         for (const Step& step : steps)
             script.push_back(step.line);
-        DialogRun dialog = runDialog(
-            {"--ppd", PDE_SOURCE_DIR "/printer/R4270.ppd", "--queue", "test", "--device-uri", uri}, script);
+        DialogRun dialog = runDialog({"--ppd", kPpd, "--queue", "test", "--device-uri", uri}, script);
         EXPECT_EQ(dialog.process.status, 0) << dialog.process.err;
         for (size_t i = 0; i < steps.size(); ++i) {
             EXPECT_FALSE(dialog[i + 2].contains("error")) << steps[i].line << ": " << dialog[i + 2];

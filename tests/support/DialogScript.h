@@ -1,7 +1,7 @@
 #pragma once
 
 #include "support/Process.h"
-#include "support/Sandbox.h"
+#include "support/SamplePpd.h"
 
 #include <nlohmann/json.hpp>
 #include <sstream>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "support/Process.h"
-#include "support/Sandbox.h"
+#include "support/SamplePpd.h"
 
 #include <gtest/gtest.h>
 #include <optional>
@@ -12,8 +12,6 @@
 /// "Office", are scripts that keep what a job brings. Skipped where no server is installed.
 class PrivateCups : public ::testing::Test {
 protected:
-    static constexpr char kPpd[] = PDE_SOURCE_DIR "/printer/R4270.ppd";
-
     void SetUp() override
     {
         if (access("/usr/sbin/cupsd", X_OK) != 0 || access("/usr/lib/cups/filter/pstops", X_OK) != 0)
@@ -74,7 +72,7 @@ private:
         // Called without arguments a backend lists its devices: it has none.
         scratch_.write("backend/socket", "#!/bin/sh\n"
                                          "[ $# -gt 0 ] || exit 0\n"
-                                         "cat ${6:+\"$6\"} >>\"$TMPDIR/part-$1\" &&\n"
+                                         "cat ${6:+\"$6\"} >\"$TMPDIR/part-$1\" &&\n"
                                          "mv \"$TMPDIR/part-$1\" \"$TMPDIR/job-$1\"\n");
         // The server is run from a copy: the confinement that some systems put on the installed path knows no
         // scratch folders. Started by root it runs its backends as lp, which has to reach the folder.

@@ -4,11 +4,8 @@
 
 #include <stdexcept>
 
-/// The text of the sample printer's PPD.
-inline std::string samplePpd()
-{
-    return readFile(PDE_SOURCE_DIR "/printer/R4270.ppd");
-}
+/// The PPD of the sample printer.
+inline constexpr char kPpd[] = PDE_SOURCE_DIR "/printer/R4270.ppd";
 
 /// `text` with its only or first `from` replaced; throws when there is none, so that a test of an odd PPD
 /// cannot quietly run on the good one.
