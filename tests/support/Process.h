@@ -62,5 +62,5 @@ bool waitUntil(Condition condition, std::chrono::milliseconds timeout = std::chr
     return true;
 }
 
-/// A UDP or TCP port of 127.0.0.1 that was free a moment ago.
+/// A UDP port that was free a moment ago.
 int freePort();

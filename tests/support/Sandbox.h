@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -47,26 +46,17 @@ inline std::string readFile(const std::filesystem::path& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Sets an environment variable for as long as the object lives.
+/// Sets an environment variable for as long as the object lives; then it is unset.
 class ScopedVariable {
 public:
     ScopedVariable(const std::string& name, const std::string& value) : name_(name)
     {
-        if (const char* earlier = getenv(name.c_str()))
-            earlier_ = earlier;
         setenv(name.c_str(), value.c_str(), 1);
     }
-    ~ScopedVariable()
-    {
-        if (earlier_)
-            setenv(name_.c_str(), earlier_->c_str(), 1);
-        else
-            unsetenv(name_.c_str());
-    }
+    ~ScopedVariable() { unsetenv(name_.c_str()); }
     ScopedVariable(const ScopedVariable&) = delete;
     ScopedVariable& operator=(const ScopedVariable&) = delete;
 
 private:
     std::string name_;
-    std::optional<std::string> earlier_;
 };
