@@ -102,7 +102,6 @@ TEST(Address, LeadsToTheProfilesOfThePrinter)
     const std::pair<const char*, int> cases[] = {
         {"dnssd://100%25%20B%C3%BCro%20v2%2E5._pdl-datastream._tcp.local./?uuid=1", 1},
         {"mdns://100%25%20B%C3%BCro%20v2%2E5._pdl-datastream._tcp.local", 1},
-        {"lpd://user@127.0.0.1:515/q", 1},
         {"dnssd://Nobody._pdl-datastream._tcp.local./", 0},
     };
     for (auto [uri, found] : cases) {

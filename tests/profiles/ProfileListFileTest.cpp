@@ -115,9 +115,9 @@ TEST_F(ProfileListFile, DocumentsThatAreNoListFileAreRefused)
     for (const std::string& text :
          {std::string(), std::string("bplist00\xD1\x01\x02", 11), body + body, deep,
           "<!DOCTYPE plist [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;&a;&a;\">]>" + body,
-          std::string("<plist><dict/><dict/></plist>"), std::string("<plist><dict><dict/></dict></plist>"),
-          good + std::string(1, '\0'), std::string(kLongestListFile, ' ') + body,
-          good.substr(0, good.size() - 9)})
+          body.substr(0, body.rfind("</plist>")) + "<dict/></plist>",
+          std::string("<plist><dict><dict/></dict></plist>"), good + std::string(1, '\0'),
+          std::string(kLongestListFile, ' ') + body, good.substr(0, good.size() - 9)})
         EXPECT_EQ(read(text), "") << text.substr(0, 60);
     EXPECT_NE(read("\xEF\xBB\xBF" + good), "") << "a byte order mark";
     for (const char* made :

@@ -109,7 +109,6 @@ TEST(ProfileEdits, AListTakesFiveHundredAndClosesUpWhenOneGoes)
         appendCopy(*list, record(6, std::to_string(i)));
     appendCopy(*list, record(1, "late"));
     EXPECT_EQ(list->iNum, kProfileSlots);
-    EXPECT_EQ(addByHand(*list, recordByHand(kOnDisk)), nullptr);
     removeRow(*list, 497);
     EXPECT_EQ(nameText(list->records[498].FileName), "499");
     EXPECT_EQ(list->records[499].InMenu, kFreeSlot);
