@@ -153,7 +153,7 @@ std::string changesOf(int32_t inputkey)
 
 } // namespace
 
-TEST_F(ProfileKeys, EndAnEditByReturnAndEscapeAndTickTheSelectedProfileBySpace)
+TEST_F(ProfileKeys, EndAnEditAndTickTheSelectedProfileAndLeaveNoModalRunBehind)
 {
     NSTableView* table = part(@"_profileTableView");
     auto ticked = [&] {
@@ -187,10 +187,6 @@ TEST_F(ProfileKeys, EndAnEditByReturnAndEscapeAndTickTheSelectedProfileBySpace)
     [window makeFirstResponder:table];
     type(u" ");
     EXPECT_EQ(ticked(), 0) << "an edit holds the selection";
-}
-
-TEST_F(ProfileKeys, LeaveNoModalRunBehindAClosedWindow)
-{
     // The toolkit ends a window's own run by itself once the window is gone.
     NSModalSession run = [NSApp beginModalSessionForWindow:[NSOpenPanel openPanel]];
     EXPECT_FALSE([control windowShouldClose:window]);
