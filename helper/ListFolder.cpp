@@ -24,14 +24,14 @@ Descriptor openFolderAt(int above, const char* name)
     Descriptor folder(openat(above, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat found = {};
     if (!folder || fstat(folder.get(), &found) != 0 || !isTrustedOwner(found.st_uid) ||
-        (found.st_mode & kForbiddenBits) != 0)
+        (found.st_mode & forbiddenBits()) != 0)
         return {};
     return folder;
 }
 
 bool isOwnFile(const struct stat& found)
 {
-    return S_ISREG(found.st_mode) && isTrustedOwner(found.st_uid) && (found.st_mode & kForbiddenBits) == 0;
+    return S_ISREG(found.st_mode) && isTrustedOwner(found.st_uid) && (found.st_mode & forbiddenBits()) == 0;
 }
 
 template <typename Call>

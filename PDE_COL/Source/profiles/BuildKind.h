@@ -29,7 +29,7 @@ size_t uncheckedLength(std::string_view folder);
 
 /// The write bits that no list and no folder on the checked way may have; in a development build those for
 /// the group are free.
-extern const mode_t kForbiddenBits;
+mode_t forbiddenBits();
 
 /// Whether the calling user counts as an administrator, in a group of them or not: never. In a development
 /// build the owner of the preferences folder does.

@@ -5,8 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-const mode_t kForbiddenBits = S_IWOTH;
-
 std::string driverRoot()
 {
     const char* root = getenv("PDE_ROOT");
@@ -35,6 +33,11 @@ uid_t ownerOfLists()
 size_t uncheckedLength(std::string_view folder)
 {
     return std::min(folder.rfind("/Library/Printers/"), folder.size());
+}
+
+mode_t forbiddenBits()
+{
+    return S_IWOTH;
 }
 
 bool isAdministratorByFolder(const std::string& folder)

@@ -2,8 +2,6 @@
 
 #include <sys/stat.h>
 
-const mode_t kForbiddenBits = S_IWGRP | S_IWOTH;
-
 std::string driverRoot()
 {
     return {};
@@ -27,6 +25,11 @@ uid_t ownerOfLists()
 size_t uncheckedLength(std::string_view)
 {
     return 0;
+}
+
+mode_t forbiddenBits()
+{
+    return S_IWGRP | S_IWOTH;
 }
 
 bool isAdministratorByFolder(const std::string&)
