@@ -36,9 +36,6 @@ class Bench {
 public:
     explicit Bench(int count)
     {
-        std::filesystem::create_directories(std::filesystem::path(fileExistsIcon()).parent_path());
-        std::filesystem::copy_file(PDE_SOURCE_DIR "/PDE_COL/Resources/fileExistqxR4270.icns",
-                                   fileExistsIcon());
         auto list = std::make_unique<ProfileList>();
         for (list->iNum = 0; list->iNum < count; ++list->iNum) {
             ProfileRecord& record = list->records[list->iNum];
